@@ -1,0 +1,45 @@
+# One function a kind of target. A folder is a target: src/sampling is pallimo_src_sampling.
+
+include_guard(GLOBAL)
+include(Layers)
+
+function(pallimo_target_name folder out)
+  string(REPLACE "/" "_" name "pallimo_${folder}")
+  set(${out} "${name}" PARENT_SCOPE)
+endfunction()
+
+add_library(pallimo_options INTERFACE)
+target_compile_features(pallimo_options INTERFACE cxx_std_20)
+target_compile_options(pallimo_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow
+                                                 -Wnon-virtual-dtor -Wold-style-cast -Werror)
+target_include_directories(pallimo_options INTERFACE "${PROJECT_SOURCE_DIR}/src"
+                                                     "${PROJECT_SOURCE_DIR}")
+if(CMAKE_CXX_COMPILER_ID MATCHES "Clang")
+  target_compile_options(pallimo_options INTERFACE -Wthread-safety -Werror=thread-safety)
+endif()
+
+# pallimo_folder(FOLDER [SOURCES ...] [LINKS libraries from outside the project])
+# Sources default to the folder's own *.cpp, sub-folders and main.cpp left out.
+function(pallimo_folder folder)
+  cmake_parse_arguments(ARG "" "" "SOURCES;LINKS" ${ARGN})
+  pallimo_target_name(${folder} target)
+  if(NOT ARG_SOURCES)
+    file(GLOB ARG_SOURCES CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/${folder}/*.cpp")
+    list(FILTER ARG_SOURCES EXCLUDE REGEX "/main\\.cpp$")
+  endif()
+  get_property(arrows GLOBAL PROPERTY "pallimo_arrows_${folder}")
+  set(links pallimo_options)
+  foreach(arrow IN LISTS arrows)
+    pallimo_target_name(${arrow} linked)
+    if(TARGET ${linked})
+      list(APPEND links ${linked})
+    endif()
+  endforeach()
+  if(ARG_SOURCES)
+    add_library(${target} STATIC ${ARG_SOURCES})
+    target_link_libraries(${target} PUBLIC ${links} ${ARG_LINKS})
+  else()
+    add_library(${target} INTERFACE)
+    target_link_libraries(${target} INTERFACE ${links} ${ARG_LINKS})
+  endif()
+endfunction()

@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 The Pallimo authors
+
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <span>
+
+#include "base/property_list.h"
+
+namespace pallimo::ports {
+
+/// Turns the bytes of a property list, XML or binary, into its value. Any thread.
+class PropertyListReader {
+ public:
+  virtual ~PropertyListReader() = default;
+
+  /// The first document in `bytes`, or nothing when there is none; bytes after it are ignored.
+  /// Numbers are read in the C locale whatever the process's is. A document nested 1,000 levels
+  /// deep or deeper is refused.
+  virtual std::optional<base::PropertyList> read(std::span<const std::uint8_t> bytes) const = 0;
+};
+
+}  // namespace pallimo::ports
