@@ -1,0 +1,87 @@
+# SPDX-License-Identifier: MIT
+# SPDX-FileCopyrightText: 2026 The Pallimo authors
+#
+# Which packages the commands need, and how a missing one is installed. Sourced by run, test and
+# .ci/run. Everything it says goes to standard error: standard output belongs to the app.
+
+build_packages_debian="g++ cmake ninja-build pkg-config qt6-base-dev libplist-dev libdbus-1-dev
+  nlohmann-json3-dev"
+test_packages_debian="libgtest-dev locales"
+check_packages_debian="clang-16 libc++-16-dev libc++abi-16-dev libclang-rt-16-dev lld-16 llvm-16
+  clang-format-16 clang-tidy-16 googletest libbenchmark-dev"
+
+build_packages_brew="cmake ninja pkg-config qt libplist nlohmann-json"
+test_packages_brew="googletest"
+check_packages_brew="llvm@16 clang-format google-benchmark"
+
+say() { printf '%s\n' "$*" >&2; }
+
+as_root() {
+  if [ "$(id -u)" -eq 0 ]; then
+    "$@"
+  elif command -v sudo >/dev/null 2>&1; then
+    sudo "$@"
+  else
+    say "Installing packages needs root, and there is no sudo. As root, run: $*"
+    return 1
+  fi
+}
+
+apt_install() {
+  as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "$@" >&2
+}
+
+# install_debian PACKAGE...: installs those that are missing.
+install_debian() {
+  local package missing=""
+  for package in "$@"; do
+    case "$(dpkg-query -W -f='${db:Status-Status}' "$package" 2>/dev/null)" in
+      installed) ;;
+      *) missing="$missing $package" ;;
+    esac
+  done
+  [ -n "$missing" ] || return 0
+  say "Installing:$missing"
+  as_root apt-get update -qq >&2 || say "apt-get update failed; trying with the lists at hand."
+  # shellcheck disable=SC2086
+  apt_install $missing && return 0
+  # One by one, to be able to name the one that can't be had.
+  for package in $missing; do
+    apt_install "$package" || {
+      say "Could not install $package. The command was:"
+      say "  apt-get install -y --no-install-recommends $package"
+      return 1
+    }
+  done
+}
+
+# install_brew FORMULA...: installs those that are missing.
+install_brew() {
+  local formula
+  command -v brew >/dev/null 2>&1 || {
+    say "Homebrew is missing; see https://brew.sh"
+    return 1
+  }
+  for formula in "$@"; do
+    brew list --versions "$formula" >/dev/null 2>&1 || brew install "$formula" >&2 || {
+      say "Could not install $formula. The command was:"
+      say "  brew install $formula"
+      return 1
+    }
+  done
+}
+
+# install_packages SET...: SET is build, test or check.
+install_packages() {
+  local set manager packages=""
+  if command -v dpkg-query >/dev/null 2>&1; then
+    manager=debian
+  else
+    manager=brew
+  fi
+  for set in "$@"; do
+    eval "packages=\"\$packages \$${set}_packages_$manager\""
+  done
+  # shellcheck disable=SC2086
+  "install_$manager" $packages
+}
