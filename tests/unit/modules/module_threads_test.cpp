@@ -1,0 +1,89 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 The Pallimo authors
+
+#include <algorithm>
+#include <atomic>
+#include <thread>
+
+#include "fakes/fake_sample_reader.h"
+#include "modules/module_model_frequency.h"
+#include "modules/module_model_power.h"
+
+namespace pallimo::modules {
+namespace {
+
+using base::PropertyList;
+
+constexpr int kRounds = 2000;
+
+/// One thread ingests, one clears, this one looks, until both are done; says whether every look was
+/// whole.
+template <typename Model, typename IsWhole>
+bool staysWhole(Model& model, IsWhole isWhole) {
+  std::atomic<int> running = 2;
+  std::thread delivery([&] {
+    for (int i = 0; i < kRounds; ++i) model.ingestSample();
+    --running;
+  });
+  std::thread clearing([&] {
+    for (int i = 0; i < kRounds; ++i) model.clearData();
+    --running;
+  });
+  bool isGood = true;
+  while (running > 0) isGood = isWhole(*model.snapshot()) && isGood;
+  delivery.join();
+  clearing.join();
+  return isGood && isWhole(*model.snapshot());
+}
+
+TEST(ModuleThreads, ThePowerModelIsNeverSeenHalfWritten) {
+  base::NotificationCentre notifications;
+  const auto reader = std::make_shared<fakes::FakeSampleReader>();
+  reader->setPowerValues({{"cpu_energy", PropertyList(500.0)},
+                          {"dram_energy", PropertyList(500.0)},
+                          {"ane_energy", PropertyList(500.0)},
+                          {"gpu_energy", PropertyList(500.0)},
+                          {"combined_power", PropertyList(1000.0)}});
+  const auto model = ModuleModelPower::create(notifications, reader);
+  const bool isWhole = staysWhole(*model, [](const ModuleModelPower::Snapshot& s) {
+    const std::size_t length = s.historicANE.length;
+    const std::size_t bounded = std::min<std::size_t>(length, 350);
+    const double figure = length == 0 ? 0 : 1;
+    return s.historicCPU.length == bounded && s.historicDRAM.length == bounded &&
+           s.historicPKG.length == bounded && s.historicGPU.length == bounded &&
+           s.CPUEnergy == figure && s.DRAMEnergy == figure && s.ANEEnergy == figure &&
+           s.GPUEnergy == figure && s.PKGEnergy == figure;
+  });
+  EXPECT_TRUE(isWhole);
+}
+
+TEST(ModuleThreads, TheFrequencyModelIsNeverSeenHalfWritten) {
+  base::NotificationCentre notifications;
+  const auto reader = std::make_shared<fakes::FakeSampleReader>();
+  reader->setClusterFrequencies({{"E-Cluster", 1000}, {"P-Cluster", 1000}});
+  reader->setGPUFrequency({{"freq_hz", PropertyList(1000.0)}});
+  const auto model = ModuleModelFrequency::create(notifications, reader);
+  const bool isWhole = staysWhole(*model, [](const ModuleModelFrequency::Snapshot& s) {
+    const std::size_t length = s.historicECore.length;
+    const double figure = length == 0 ? 0 : 1;
+    return s.historicPCore.length == length && s.historicGPU.length == length &&
+           s.ECore == figure && s.PCore == figure && s.GPU == figure;
+  });
+  EXPECT_TRUE(isWhole);
+}
+
+TEST(ModuleThreads, FiguresAreReadTogether) {
+  base::NotificationCentre notifications;
+  const auto reader = std::make_shared<fakes::FakeSampleReader>();
+  reader->setPowerValues(
+      {{"cpu_energy", PropertyList(500.0)}, {"combined_power", PropertyList(1000.0)}});
+  const auto model = ModuleModelPower::create(notifications, reader);
+  const bool isWhole = staysWhole(*model, [&](const ModuleModelPower::Snapshot&) {
+    const auto figures = model->figures();
+    return figures.CPUEnergy == figures.PKGEnergy;
+  });
+  EXPECT_TRUE(isWhole);
+}
+
+}  // namespace
+}  // namespace pallimo::modules
