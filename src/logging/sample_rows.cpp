@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 The Pallimo authors
+
+#include "logging/sample_rows.h"
+
+#include <utility>
+
+namespace pallimo::logging {
+
+namespace {
+
+constexpr double kMegahertzPerGigahertz = 1000;
+
+void fill(LogRow& row, const modules::ModuleModelPower& power) {
+  const auto figures = power.figures();
+  row.pkgPower = figures.PKGEnergy;
+  row.cpuPower = figures.CPUEnergy;
+  row.dramPower = figures.DRAMEnergy;
+  row.anePower = figures.ANEEnergy;
+  row.gpuPower = figures.GPUEnergy;
+}
+
+void fill(LogRow& row, const modules::ModuleModelFrequency& frequency) {
+  const auto figures = frequency.figures();
+  row.cpuECoreFrequency = figures.ECore * kMegahertzPerGigahertz;
+  row.cpuPCoreFrequency = figures.PCore * kMegahertzPerGigahertz;
+  row.gpuFrequency = figures.GPU * kMegahertzPerGigahertz;
+}
+
+}  // namespace
+
+SampleRows::SampleRows(const ports::Clock& clock, Models models)
+    : clock_(clock), models_(std::move(models)) {}
+
+void SampleRows::addReceiver(Receiver receiver) { receivers_.push_back(std::move(receiver)); }
+
+void SampleRows::appendRow() {
+  LogRow row;
+  row.time = clock_.now();
+  if (models_.power) fill(row, *models_.power);
+  if (models_.frequency) fill(row, *models_.frequency);
+  for (const Receiver& receiver : receivers_) receiver(row);
+}
+
+}  // namespace pallimo::logging

@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 The Pallimo authors
+
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+#include "logging/log_row.h"
+#include "modules/module_model_frequency.h"
+#include "modules/module_model_power.h"
+#include "ports/clock.h"
+#include "sampling/sample_steps.h"
+
+namespace pallimo::logging {
+
+/// Takes one row at the engine's log step and hands it to whoever wants rows, so that two quick
+/// results are two rows. Delivery thread.
+class SampleRows final : public sampling::RowLog {
+ public:
+  using Receiver = std::function<void(const LogRow&)>;
+
+  /// The models whose values a row holds; figures of a module that is not there stand at 0.
+  struct Models {
+    std::shared_ptr<const modules::ModuleModelPower> power;
+    std::shared_ptr<const modules::ModuleModelFrequency> frequency;
+  };
+
+  SampleRows(const ports::Clock& clock, Models models);
+
+  /// Adds a receiver; before sampling starts. It is called on the delivery thread and must not
+  /// block.
+  void addReceiver(Receiver receiver);
+
+  void appendRow() override;
+
+ private:
+  const ports::Clock& clock_;
+  const Models models_;
+  std::vector<Receiver> receivers_;
+};
+
+}  // namespace pallimo::logging

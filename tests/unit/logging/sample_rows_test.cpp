@@ -1,0 +1,153 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 The Pallimo authors
+
+#include "logging/sample_rows.h"
+
+#include "fakes/fake_sample_reader.h"
+#include "fakes/manual_clock.h"
+#include "logging/log_file_data.h"
+
+namespace pallimo::logging {
+namespace {
+
+using base::PropertyList;
+using std::chrono::milliseconds;
+using Values = std::vector<double>;
+
+/// Power and frequency models over one sample, and rows of them.
+struct RowsFixture {
+  base::NotificationCentre notifications;
+  fakes::ManualClock clock;
+  std::shared_ptr<fakes::FakeSampleReader> reader = std::make_shared<fakes::FakeSampleReader>();
+  std::shared_ptr<modules::ModuleModelPower> power =
+      modules::ModuleModelPower::create(notifications, reader);
+  std::shared_ptr<modules::ModuleModelFrequency> frequency =
+      modules::ModuleModelFrequency::create(notifications, reader);
+  SampleRows rows{clock, {power, frequency}};
+  std::vector<LogRow> received;
+
+  RowsFixture() {
+    rows.addReceiver([this](const LogRow& row) { received.push_back(row); });
+    reader->setPowerValues({{"cpu_energy", PropertyList(500.0)},
+                            {"dram_energy", PropertyList(1000.0)},
+                            {"ane_energy", PropertyList(1500.0)},
+                            {"gpu_energy", PropertyList(2000.0)},
+                            {"combined_power", PropertyList(5000.0)}});
+    reader->setClusterFrequencies({{"E-Cluster", 1500}, {"P-Cluster", 2250}});
+    reader->setGPUFrequency({{"freq_hz", PropertyList(750.0)}});
+  }
+
+  void ingest() {
+    power->ingestSample();
+    frequency->ingestSample();
+  }
+
+  LogRow append() {
+    rows.appendRow();
+    return received.back();
+  }
+};
+
+TEST(SampleRows, TakesEachPowerFromItsOwnFigure) {
+  RowsFixture f;
+  f.ingest();
+  const LogRow row = f.append();
+  EXPECT_EQ((Values{row.cpuPower, row.dramPower, row.anePower, row.gpuPower, row.pkgPower}),
+            (Values{1, 2, 3, 4, 5}));
+}
+
+TEST(SampleRows, TakesEachFrequencyInMegahertz) {
+  RowsFixture f;
+  f.ingest();
+  const LogRow row = f.append();
+  EXPECT_EQ((Values{row.cpuECoreFrequency, row.cpuPCoreFrequency, row.gpuFrequency}),
+            (Values{1500, 2250, 750}));
+}
+
+TEST(SampleRows, AFrequencyIsRoundedOnlyWhenItIsWritten) {
+  RowsFixture f;
+  f.reader->setClusterFrequencies({{"E-Cluster", 1234.56}, {"P-Cluster", 0}});
+  f.ingest();
+  const LogRow row = f.append();
+  EXPECT_DOUBLE_EQ(row.cpuECoreFrequency, 1234.56);
+  EXPECT_EQ(formatRow(row, row.time).cpuECoreFrequency, "1235");
+}
+
+TEST(SampleRows, TakesTheWallClocksTime) {
+  RowsFixture f;
+  f.clock.set(std::chrono::system_clock::from_time_t(1'709'647'353));
+  f.clock.advance(milliseconds(250));
+  EXPECT_EQ(f.append().time,
+            std::chrono::system_clock::from_time_t(1'709'647'353) + milliseconds(250));
+}
+
+TEST(SampleRows, FiguresWithoutAModuleStandAtNothing) {
+  RowsFixture f;
+  f.ingest();
+  const LogRow row = f.append();
+  EXPECT_EQ((Values{row.cpuAvgTmp, row.cpuMaxTmp, row.cpuMinTmp, row.gpuAvgTmp, row.cpuUtilization,
+                    row.cpuEUtilization, row.cpuPUtilization, row.gpuUtilization}),
+            Values(8, 0));
+}
+
+TEST(SampleRows, ARowWithoutAnyModelHoldsItsTimeAlone) {
+  RowsFixture f;
+  f.clock.advance(milliseconds(5));
+  SampleRows rows(f.clock, {});
+  LogRow row;
+  rows.addReceiver([&](const LogRow& taken) { row = taken; });
+  rows.appendRow();
+  EXPECT_EQ(row.time.time_since_epoch(), milliseconds(5));
+  EXPECT_EQ(row.pkgPower, 0);
+  EXPECT_EQ(row.gpuFrequency, 0);
+}
+
+TEST(SampleRows, EachStepIsARowOfItsOwn) {
+  RowsFixture f;
+  f.ingest();
+  f.rows.appendRow();
+  f.reader->setMsSampling(250);
+  f.ingest();
+  f.rows.appendRow();
+  ASSERT_EQ(f.received.size(), 2u);
+  EXPECT_EQ(f.received[0].cpuPower, 1);
+  EXPECT_EQ(f.received[1].cpuPower, 2);
+}
+
+TEST(SampleRows, EveryReceiverGetsTheSameRowInTheOrderOfAdding) {
+  RowsFixture f;
+  std::vector<int> order;
+  SampleRows rows(f.clock, {f.power, f.frequency});
+  std::vector<double> figures;
+  rows.addReceiver([&](const LogRow& row) {
+    order.push_back(1);
+    figures.push_back(row.pkgPower);
+    f.ingest();  // a change in between belongs to the next row
+  });
+  rows.addReceiver([&](const LogRow& row) {
+    order.push_back(2);
+    figures.push_back(row.pkgPower);
+  });
+  rows.appendRow();
+  EXPECT_EQ(order, (std::vector<int>{1, 2}));
+  EXPECT_EQ(figures, (Values{0, 0}));
+}
+
+TEST(SampleRows, WithoutReceiversARowIsTakenForNobody) {
+  RowsFixture f;
+  SampleRows rows(f.clock, {f.power, f.frequency});
+  rows.appendRow();
+  EXPECT_TRUE(f.received.empty());
+}
+
+TEST(SampleRows, AClearedModelGivesZeroes) {
+  RowsFixture f;
+  f.ingest();
+  f.notifications.post("ClearData");
+  const LogRow row = f.append();
+  EXPECT_EQ(row.pkgPower, 0);
+  EXPECT_EQ(row.cpuECoreFrequency, 0);
+}
+
+}  // namespace
+}  // namespace pallimo::logging
