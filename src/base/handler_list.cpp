@@ -8,36 +8,32 @@
 namespace pallimo::base {
 
 Subscription HandlerList::add(std::function<void()> handler) {
-  std::uint64_t id = 0;
+  auto entry = std::make_shared<Entry>();
+  entry->handler = std::move(handler);
   {
     MutexLock lock(mutex_);
-    id = nextId_++;
-    entries_.push_back({id, std::make_shared<const std::function<void()>>(std::move(handler))});
+    entries_.push_back(entry);
   }
-  return Subscription([weak = weak_from_this(), id] {
-    if (auto list = weak.lock()) list->remove(id);
+  return Subscription([list = weak_from_this(), entry = std::move(entry)] {
+    entry->isCancelled = true;
+    if (const auto self = list.lock()) self->remove(entry);
   });
 }
 
 void HandlerList::callAll() const {
-  std::vector<Entry> entries;
+  std::vector<std::shared_ptr<Entry>> entries;
   {
     MutexLock lock(mutex_);
     entries = entries_;
   }
-  for (const Entry& entry : entries) (*entry.handler)();
+  for (const auto& entry : entries) {
+    if (!entry->isCancelled) entry->handler();
+  }
 }
 
-void HandlerList::remove(std::uint64_t id) {
-  // The handler is destroyed after the lock is let go: its captures may cancel other subscriptions.
-  std::shared_ptr<const std::function<void()>> removed;
+void HandlerList::remove(const std::shared_ptr<Entry>& entry) {
   MutexLock lock(mutex_);
-  for (auto entry = entries_.begin(); entry != entries_.end(); ++entry) {
-    if (entry->id != id) continue;
-    removed = std::move(entry->handler);
-    entries_.erase(entry);
-    return;
-  }
+  std::erase(entries_, entry);
 }
 
 }  // namespace pallimo::base

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include <cstdint>
+#include <atomic>
 #include <functional>
 #include <memory>
 #include <vector>
@@ -14,7 +14,8 @@
 namespace pallimo::base {
 
 /// The handlers of one event. Thread-safe; handlers run without the lock, in subscription order.
-/// Lives in a std::shared_ptr so that subscriptions may outlive its owner.
+/// One that is cancelled while a round is under way is not called any more in that round. Lives in
+/// a std::shared_ptr so that subscriptions may outlive its owner.
 class HandlerList : public std::enable_shared_from_this<HandlerList> {
  public:
   [[nodiscard]] Subscription add(std::function<void()> handler);
@@ -22,15 +23,14 @@ class HandlerList : public std::enable_shared_from_this<HandlerList> {
 
  private:
   struct Entry {
-    std::uint64_t id;
-    std::shared_ptr<const std::function<void()>> handler;
+    std::function<void()> handler;
+    std::atomic<bool> isCancelled = false;
   };
 
-  void remove(std::uint64_t id);
+  void remove(const std::shared_ptr<Entry>& entry);
 
   mutable Mutex mutex_;
-  std::uint64_t nextId_ PALLIMO_GUARDED_BY(mutex_) = 0;
-  std::vector<Entry> entries_ PALLIMO_GUARDED_BY(mutex_);
+  std::vector<std::shared_ptr<Entry>> entries_ PALLIMO_GUARDED_BY(mutex_);
 };
 
 }  // namespace pallimo::base

@@ -29,7 +29,7 @@ class HelperConnection {
   virtual void setInvalidationHandler(std::function<void()> handler) = 0;
   /// Called when the helper dies or ends while connected. An empty function clears it.
   virtual void setInterruptionHandler(std::function<void()> handler) = 0;
-  /// Starts the connection; until then nothing is sent.
+  /// Starts the connection; until then nothing is sent. After invalidate() it does nothing.
   virtual void resume() = 0;
   /// Ends the connection: no further result or reply arrives. What was sent before is still
   /// handed to the system.

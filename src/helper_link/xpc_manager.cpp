@@ -1,0 +1,147 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 The Pallimo authors
+
+#include "helper_link/xpc_manager.h"
+
+#include <string>
+#include <utility>
+
+#include "base/fatal.h"
+
+namespace pallimo::helper_link {
+
+std::shared_ptr<XPCManager> XPCManager::create(const Services& services) {
+  std::shared_ptr<XPCManager> manager(new XPCManager(services));
+  if (services.processor == Processor::appleSilicon) {
+    manager->client_->setDelegate(manager);
+    manager->observeInstallationNotices();
+  }
+  return manager;
+}
+
+XPCManager::XPCManager(const Services& services)
+    : services_(services), client_(XPCClient::create(services.client)) {}
+
+XPCManager::~XPCManager() { services_.client.console.writeLine("DEINIT XPCManager"); }
+
+void XPCManager::setContentModelDelegate(std::weak_ptr<ContentModelDelegate> delegate) {
+  base::MutexLock lock(mutex_);
+  contentModelDelegate_ = std::move(delegate);
+}
+
+void XPCManager::setMorebuttonModelDelegate(std::weak_ptr<MoreButtonModelDelegate> delegate) {
+  base::MutexLock lock(mutex_);
+  morebuttonModelDelegate_ = std::move(delegate);
+}
+
+void XPCManager::setPowerMetricsModelDelegate(std::weak_ptr<PowerMetricsModelDelegate> delegate) {
+  base::MutexLock lock(mutex_);
+  powerMetricsModelDelegate_ = std::move(delegate);
+}
+
+void XPCManager::setUtilizationModelDelegate(std::weak_ptr<UtilizationModelDelegate> delegate) {
+  base::MutexLock lock(mutex_);
+  utilizationModelDelegate_ = std::move(delegate);
+}
+
+std::shared_ptr<ContentModelDelegate> XPCManager::contentModelDelegate() const {
+  base::MutexLock lock(mutex_);
+  return contentModelDelegate_.lock();
+}
+
+std::shared_ptr<PowerMetricsModelDelegate> XPCManager::powerMetricsModelDelegate() const {
+  base::MutexLock lock(mutex_);
+  return powerMetricsModelDelegate_.lock();
+}
+
+std::shared_ptr<MoreButtonModelDelegate> XPCManager::morebuttonModelDelegate() const {
+  base::MutexLock lock(mutex_);
+  return morebuttonModelDelegate_.lock();
+}
+
+void XPCManager::publishContent() const {
+  if (auto content = contentModelDelegate()) content->update();
+}
+
+void XPCManager::observeInstallationNotices() {
+  base::NotificationCentre& notices = services_.client.notifications;
+  didInstall_ = notices.observe(base::notification::kXPCDidInstall, [weak = weak_from_this()] {
+    if (auto manager = weak.lock()) manager->helperDidInstall();
+  });
+  installError_ = notices.observe(base::notification::kXPCInstallError, [weak = weak_from_this()] {
+    if (auto manager = weak.lock()) manager->helperInstallError();
+  });
+}
+
+void XPCManager::helperDidInstall() {
+  isAuthorized_ = true;
+  applyAuthorization();
+}
+
+void XPCManager::helperInstallError() {
+  isAuthorized_ = false;
+  applyAuthorization();
+}
+
+void XPCManager::applyAuthorization() {
+  isRequestedToUninstall_ = false;
+  if (!isAuthorized_) {
+    services_.mainQueue.async([&notices = services_.client.notifications] {
+      notices.post(base::notification::kClearData);
+    });
+  }
+  if (auto engine = powerMetricsModelDelegate()) engine->setAuthorized(isAuthorized_);
+  publishContent();
+  if (auto menu = morebuttonModelDelegate()) menu->notifyChange();
+}
+
+void XPCManager::requestPowermetrics(bool includeGPU, double msSampling) {
+  if (isInert()) return;
+  client_->requestPowermetrics(includeGPU, msSampling);
+}
+
+void XPCManager::checkHelperAtStart(std::weak_ptr<ContentModelDelegate> contentModel) {
+  if (isInert()) return;
+  setContentModelDelegate(std::move(contentModel));
+  client_->askIsResponding([weak = weak_from_this()](bool isResponding) {
+    auto manager = weak.lock();
+    if (manager && isResponding) manager->checkVersionAtStart();
+  });
+}
+
+void XPCManager::checkVersionAtStart() {
+  const auto finish = [weak = weak_from_this()](bool isSameVersion) {
+    if (auto manager = weak.lock()) manager->finishCheckAtStart(isSameVersion);
+  };
+  client_->checkVersion(finish, weak_from_this());
+}
+
+void XPCManager::finishCheckAtStart(bool isSameVersion) {
+  if (!isSameVersion) {
+    isUpdateNeeded_ = true;
+    publishContent();
+    return;
+  }
+  isAuthorized_ = true;
+  applyAuthorization();
+  services_.mainQueue.async([weak = weak_from_this()] {
+    if (auto manager = weak.lock()) manager->publishContent();
+  });
+}
+
+void XPCManager::installHelper() {
+  if (isInert()) return;
+  services_.client.console.writeLine("INSTALL HELPER");
+  const ports::AuthorizationAttempt attempt = services_.installer.createAuthorization();
+  if (attempt.status != 0) {
+    services_.client.systemLog.write("[PWMJBS]: Authorization failed with status code " +
+                                     std::to_string(attempt.status));
+  }
+  if (attempt.status != 0 || !attempt.token) base::fatal("Authorization not acquired.");
+  if (!services_.installer.bless(protocol::kMachServiceName, *attempt.token)) {
+    services_.client.notifications.post(base::notification::kXPCInstallError);
+  }
+  client_->isResponding();
+}
+
+}  // namespace pallimo::helper_link

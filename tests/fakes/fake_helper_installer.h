@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 The Pallimo authors
+
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "ports/helper_installer.h"
+
+namespace pallimo::fakes {
+
+/// An administrator who answers as the test says: by default grants everything. Test's thread.
+class FakeHelperInstaller final : public ports::HelperInstaller {
+ public:
+  class Token final : public ports::AuthorizationToken {};
+
+  ports::AuthorizationAttempt attempt{0, std::make_shared<Token>()};
+  bool blesses = true;
+  /// What the calls were, in order: "createAuthorization", "bless <label>".
+  std::vector<std::string> calls;
+  /// The token of the last bless().
+  const ports::AuthorizationToken* blessedWith = nullptr;
+  /// Runs inside each call, after it was noted.
+  std::function<void(const std::string&)> onCall;
+
+  ports::AuthorizationAttempt createAuthorization() override {
+    note("createAuthorization");
+    return attempt;
+  }
+
+  bool bless(std::string_view label, const ports::AuthorizationToken& token) override {
+    blessedWith = &token;
+    note("bless " + std::string(label));
+    return blesses;
+  }
+
+ private:
+  void note(std::string call) {
+    calls.push_back(std::move(call));
+    if (onCall) onCall(calls.back());
+  }
+};
+
+}  // namespace pallimo::fakes

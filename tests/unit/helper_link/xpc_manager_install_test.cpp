@@ -1,0 +1,154 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 The Pallimo authors
+
+#include <csignal>
+#include <cstdio>
+
+#include "helper_link/xpc_manager.h"
+#include "helper_link_fixture.h"
+
+namespace pallimo::helper_link {
+namespace {
+
+using test::Entries;
+
+class XPCManagerInstall : public test::HelperLinkFixture {
+ protected:
+  XPCManagerInstall() : manager(XPCManager::create(managerServices())) {
+    manager->setContentModelDelegate(content);
+    manager->setMorebuttonModelDelegate(moreButton);
+    manager->setPowerMetricsModelDelegate(engine);
+    installer.onCall = [this](const std::string& call) { journal.add(call); };
+  }
+
+  static Entries asking() {
+    return {"console: INSTALL HELPER", "createAuthorization", "bless com.ostrovane.powermetrics"};
+  }
+  static Entries applying(const std::string& isAuthorized) {
+    return {"engine setAuthorized " + isAuthorized, "content update", "more button notifyChange"};
+  }
+
+  std::shared_ptr<XPCManager> manager;
+};
+
+TEST_F(XPCManagerInstall, AsksTheAdministratorInstallsAndProbes) {
+  manager->installHelper();
+  EXPECT_EQ(happened(), join({asking(), building(), {"-> isResponding"}}));
+}
+
+TEST_F(XPCManagerInstall, InstallsWithTheAuthorisationItObtained) {
+  manager->installHelper();
+  EXPECT_EQ(installer.blessedWith, installer.attempt.token.get());
+}
+
+TEST_F(XPCManagerInstall, ChangesNothingBeforeTheProbeIsAnswered) {
+  manager->setUpdateNeeded(true);
+  manager->installHelper();
+  EXPECT_FALSE(manager->isAuthorized());
+  EXPECT_TRUE(manager->isUpdateNeeded());
+}
+
+TEST_F(XPCManagerInstall, AProbeAnsweredYesAuthorisesAndDropsItsConnection) {
+  manager->setUpdateNeeded(true);
+  manager->installHelper();
+  forget();
+  connector.latest()->replyIsResponding(true);
+  EXPECT_TRUE(manager->isAuthorized());
+  EXPECT_FALSE(manager->isUpdateNeeded());
+  EXPECT_EQ(happened(),
+            join({{"content update", "notice XPCDidInstall"}, applying("true"), ending()}));
+}
+
+TEST_F(XPCManagerInstall, AProbeAnsweredNoOnlyDropsItsConnection) {
+  manager->installHelper();
+  forget();
+  connector.latest()->replyIsResponding(false);
+  EXPECT_FALSE(manager->isAuthorized());
+  EXPECT_EQ(happened(), ending());
+}
+
+TEST_F(XPCManagerInstall, ARefusalIsAnnouncedAndTheProbeIsStillSent) {
+  installer.blesses = false;
+  manager->installHelper();
+  EXPECT_EQ(happened(), join({asking(),
+                              {"notice XPCInstallError"},
+                              applying("false"),
+                              building(),
+                              {"-> isResponding"}}));
+}
+
+TEST_F(XPCManagerInstall, ARefusalWithdrawsTheAuthorisationAndEmptiesTheHistories) {
+  notifications.post(base::notification::kXPCDidInstall);
+  installer.blesses = false;
+  manager->installHelper();
+  EXPECT_FALSE(manager->isAuthorized());
+  forget();
+  mainQueue.run();
+  EXPECT_EQ(happened(), (Entries{"notice ClearData"}));
+}
+
+TEST_F(XPCManagerInstall, AHelperThatAnswersAuthorisesEvenAfterARefusal) {
+  installer.blesses = false;
+  manager->installHelper();
+  connector.latest()->replyIsResponding(true);
+  EXPECT_TRUE(manager->isAuthorized());
+}
+
+TEST_F(XPCManagerInstall, WithoutALinkTheProbeIsSkippedSilently) {
+  connector.setConnects(false);
+  manager->installHelper();
+  EXPECT_EQ(happened(), join({asking(), {"connect com.ostrovane.powermetrics 4096"}}));
+}
+
+/// Lines that outlive the program they come from: a death test sees nothing else.
+class StandardErrorLog final : public ports::SystemLog {
+ public:
+  void write(std::string_view line) override {
+    std::fprintf(stderr, "log: %s\n", std::string(line).c_str());
+  }
+};
+
+class XPCManagerInstallDeathTest : public XPCManagerInstall {
+ protected:
+  XPCManagerInstallDeathTest() {
+    installer.onCall = [](const std::string& call) {
+      std::fprintf(stderr, "call: %s\n", call.c_str());
+    };
+    XPCManager::Services services{{connector, bundle, notifications, standardError, console},
+                                  mainQueue,
+                                  installer,
+                                  Processor::appleSilicon};
+    manager = XPCManager::create(services);
+  }
+
+  /// `lines`: all that stands on standard error, as a regular expression.
+  void expectFatalStop(const std::string& lines) {
+    EXPECT_EXIT(manager->installHelper(), ::testing::KilledBySignal(SIGABRT), lines);
+  }
+
+  StandardErrorLog standardError;
+};
+
+TEST_F(XPCManagerInstallDeathTest, AFailedAuthorisationIsLoggedAndStopsTheProgram) {
+  installer.attempt = {-60005, nullptr};
+  expectFatalStop(
+      "^call: createAuthorization\n"
+      "log: \\[PWMJBS\\]: Authorization failed with status code -60005\n"
+      "Authorization not acquired\\.\n$");
+}
+
+TEST_F(XPCManagerInstallDeathTest, AStatusStopsTheProgramEvenWithAToken) {
+  installer.attempt.status = 17;
+  expectFatalStop(
+      "^call: createAuthorization\n"
+      "log: \\[PWMJBS\\]: Authorization failed with status code 17\n"
+      "Authorization not acquired\\.\n$");
+}
+
+TEST_F(XPCManagerInstallDeathTest, AMissingTokenStopsTheProgramWithoutAStatusLine) {
+  installer.attempt = {0, nullptr};
+  expectFatalStop("^call: createAuthorization\nAuthorization not acquired\\.\n$");
+}
+
+}  // namespace
+}  // namespace pallimo::helper_link
