@@ -42,7 +42,6 @@ pallimo_arrow(src/helper_link/protocol src/base "messages carry bytes")
 pallimo_arrow(src/ports src/base "ports speak in the words of base")
 pallimo_arrow(src/ports src/helper_link/protocol "a connection carries exactly these messages")
 
-pallimo_arrow(src/sensors src/base "notices and words")
 pallimo_arrow(src/sensors src/ports "reads kernel variables")
 
 pallimo_arrow(src/helper_link src/base "notices, executor, observable flags")
@@ -90,5 +89,4 @@ pallimo_arrow(helper src/helper_link/protocol "answers the messages")
 pallimo_arrow(helper src/adapters/linux "its main picks the adapters")
 
 pallimo_arrow(tools/powermetrics src/base "bytes")
-pallimo_arrow(tools/powermetrics src/ports "words of the simulated machine")
 pallimo_arrow(tools/powermetrics src/adapters/simulated "prints the simulated machine's document")
