@@ -1,0 +1,111 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 The Pallimo authors
+
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "adapters/simulated/simulated_system_controls.h"
+#include "base/bytes.h"
+#include "base/property_list.h"
+
+namespace pallimo::adapters::simulated {
+
+/// The 32 bytes that reading an SMC key answers; absent when the read fails.
+using SmcBytes = std::optional<std::array<std::uint8_t, 32>>;
+
+/// One key of the SMC, at its index.
+struct SmcKey {
+  std::string key;         ///< four characters, "Te05"
+  std::string type;        ///< four characters, "flt "
+  std::uint32_t size = 4;  ///< of the value, bytes
+  SmcBytes bytes;
+  bool indexFails = false;  ///< the key-at-index command fails here
+  bool infoFails = false;   ///< the key-info command fails
+
+  bool operator==(const SmcKey&) const = default;
+};
+
+/// The SMC as it was recorded.
+struct RecordedSmc {
+  bool isAvailable = false;                   ///< the service can be opened
+  std::optional<std::uint32_t> keyCount = 0;  ///< what "#KEY" answers; absent: that read fails
+  std::vector<SmcKey> keys;                   ///< in index order; indices past the end fail
+
+  bool operator==(const RecordedSmc&) const = default;
+};
+
+/// One HID temperature sensor.
+struct HidReading {
+  std::optional<std::int64_t> locationID;  ///< absent: the property is missing or mistyped
+  std::optional<double> value;             ///< absent: the sensor has no event
+
+  bool operator==(const HidReading&) const = default;
+};
+
+/// What one processor's counters read: user, system, idle, nice.
+using ProcessorTickCounts = std::array<std::uint32_t, 4>;
+
+/// One graphics accelerator. A property may be absent or of any kind: whoever reads the registry
+/// checks it, as on a Mac. "vendor-id" is data when it was recorded as text. JSON's null reads as
+/// an absent property.
+struct RecordedAccelerator {
+  std::optional<base::PropertyList> vendorId;               ///< "vendor-id"
+  std::optional<base::PropertyList> model;                  ///< "model"
+  std::optional<base::PropertyList> performanceStatistics;  ///< "PerformanceStatistics"
+  /// How often reading the entry's properties fails before it succeeds.
+  std::uint32_t readFailures = 0;
+
+  bool operator==(const RecordedAccelerator&) const = default;
+};
+
+/// What the operating system answered during one request.
+struct RecordingStep {
+  std::optional<std::string> powermetrics;     ///< file of the run's output; absent: no bytes
+  std::map<std::string, SmcBytes> smc;         ///< values that differ in this step, by key name
+  std::optional<std::vector<HidReading>> hid;  ///< absent: no services
+  std::optional<std::vector<ProcessorTickCounts>> ticks;         ///< absent: the call fails
+  std::optional<std::vector<RecordedAccelerator>> accelerators;  ///< absent: the search fails
+
+  bool operator==(const RecordingStep&) const = default;
+};
+
+/// A folder that stands in for one Mac: what the operating system would have answered, step by
+/// step. Made by readRecording(), which has checked everything. A value; any thread.
+///
+/// Steps are counted from zero here, requests from one. What start-up reads is that of step 0.
+struct Recording {
+  std::string folder;
+  std::string name;
+  SystemControlValues sysctl;
+  /// File of the report, by data type; absent: the program cannot be started.
+  std::map<std::string, std::string> systemProfiler;
+  RecordedSmc smc;
+  std::vector<RecordingStep> steps;  ///< at least one
+
+  /// The step that the n-th request of a connection uses. After the last step the recording begins
+  /// again at the first.
+  std::size_t stepForRequest(std::uint64_t request) const;
+
+  /// The bytes that a run of powermetrics prints during the step, read from its file. Nothing when
+  /// the helper sends none: no file is named, the file is empty or it can't be read any more.
+  std::optional<base::Bytes> documentBytes(std::size_t step) const;
+
+  /// What reading `key` answers during the step. "#KEY" answers the key count, most significant
+  /// byte first, listed or not. When `smc.keys` lists a name twice, the first entry answers.
+  SmcBytes smcBytes(std::size_t step, const std::string& key) const;
+
+  /// The path of a file that the recording names.
+  std::string pathOf(const std::string& file) const { return folder + "/" + file; }
+
+  bool operator==(const Recording&) const = default;
+};
+
+}  // namespace pallimo::adapters::simulated

@@ -1,0 +1,100 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 The Pallimo authors
+
+#include "adapters/simulated/simulated_machine.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "adapters/simulated/builtin_machine.h"
+#include "adapters/simulated/file_bytes.h"
+#include "adapters/simulated/json_node.h"
+#include "adapters/simulated/machines.h"
+#include "adapters/simulated/powermetrics_document.h"
+#include "adapters/simulated/recording_reader.h"
+
+namespace pallimo::adapters::simulated {
+
+namespace {
+
+/// The first name that enables no sampler; empty when all do.
+std::string enableAll(Samplers& samplers, const std::vector<std::string>& names) {
+  const auto unknown = std::find_if(
+      names.begin(), names.end(), [&samplers](const auto& name) { return !samplers.enable(name); });
+  return unknown == names.end() ? "" : "powermetrics: unrecognized sampler: " + *unknown;
+}
+
+PowermetricsRun recordedRun(const Recording& recording, std::uint64_t request) {
+  const std::size_t step = recording.stepForRequest(request);
+  const auto& file = recording.steps[step].powermetrics;
+  if (!file) return {.status = 1, .output = {}, .error = {}};
+  if (auto bytes = recording.documentBytes(step)) {
+    return {.status = 0, .output = std::move(*bytes), .error = {}};
+  }
+  const std::string why = whyUnreadable(recording.pathOf(*file));
+  if (why.empty()) return {};
+  return {.status = 1, .output = {}, .error = "powermetrics: " + *file + ": " + why};
+}
+
+}  // namespace
+
+SimulatedMachine::SimulatedMachine(Simulation simulation, Kind kind)
+    : simulation_(std::move(simulation)), kind_(std::move(kind)) {}
+
+std::variant<SimulatedMachine, SimulationError> SimulatedMachine::load(
+    const Simulation& simulation) {
+  if (!simulation.recording.empty()) {
+    auto read = readRecording(simulation.recording);
+    if (const auto* error = std::get_if<RecordingError>(&read)) {
+      return SimulationError{simulation.recording + "/" + error->message};
+    }
+    return SimulatedMachine(simulation, std::move(std::get<Recording>(read)));
+  }
+  const MachineDescription* machine = findMachine(simulation.machine);
+  if (machine == nullptr) {
+    return SimulationError{"no machine is named " + quotedText(simulation.machine)};
+  }
+  return SimulatedMachine(simulation, machine);
+}
+
+const std::string& SimulatedMachine::name() const {
+  if (const auto* recording = std::get_if<Recording>(&kind_)) return recording->name;
+  return std::get<const MachineDescription*>(kind_)->name;
+}
+
+std::unique_ptr<ports::SystemControls> SimulatedMachine::systemControls() const {
+  if (const auto* recording = std::get_if<Recording>(&kind_)) {
+    return std::make_unique<SimulatedSystemControls>(recording->sysctl);
+  }
+  return std::make_unique<SimulatedSystemControls>(
+      systemControlsOf(*std::get<const MachineDescription*>(kind_)));
+}
+
+std::string SimulatedMachine::whyRefused(const std::vector<std::string>& samplers) const {
+  if (std::holds_alternative<Recording>(kind_)) return "";
+  Samplers ignored;
+  return enableAll(ignored, samplers);
+}
+
+PowermetricsRun SimulatedMachine::powermetrics(const PowermetricsRequest& request) const {
+  if (const auto* recording = std::get_if<Recording>(&kind_)) {
+    return recordedRun(*recording, request.number);
+  }
+  return builtinRun(*std::get<const MachineDescription*>(kind_), request);
+}
+
+PowermetricsRun SimulatedMachine::builtinRun(const MachineDescription& machine,
+                                             const PowermetricsRequest& request) const {
+  DocumentRequest document;
+  document.seed = simulation_.seed;
+  document.startTime = simulation_.startTime;
+  // A clock that was set back must not lead before the beginning.
+  document.time = std::max(0.0, request.now - simulation_.startTime) * simulation_.speed;
+  document.period = request.period;
+  if (std::string refused = enableAll(document.samplers, request.samplers); !refused.empty()) {
+    return {.status = 1, .output = {}, .error = std::move(refused)};
+  }
+  return {.status = 0, .output = powermetricsDocument(machine, document), .error = {}};
+}
+
+}  // namespace pallimo::adapters::simulated

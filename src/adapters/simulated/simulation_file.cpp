@@ -1,0 +1,145 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 The Pallimo authors
+
+#include "adapters/simulated/simulation_file.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <nlohmann/json.hpp>
+
+#include "adapters/simulated/file_bytes.h"
+#include "adapters/simulated/json_node.h"
+#include "adapters/simulated/strict_json.h"
+
+namespace pallimo::adapters::simulated {
+
+namespace {
+
+constexpr std::size_t kLargestFile = 65536;
+constexpr double kLatestStart = 1e11;  // the year 5138
+
+std::string textOr(const JsonNode& node, const std::string& key, const std::string& otherwise) {
+  const auto found = node.find(key);
+  return found ? found->text() : otherwise;
+}
+
+std::uint64_t readSeed(const JsonNode& node) {
+  if (!node.value().is_number_unsigned()) node.fail("an unsigned 64-bit number");
+  return node.value().get<std::uint64_t>();
+}
+
+double readWithin(const JsonNode& node, double lowest, double highest, const char* expected) {
+  const double number = node.number();
+  if (!(number >= lowest && number <= highest)) node.fail(expected);
+  return number;
+}
+
+Simulation readSimulationNode(const JsonNode& root) {
+  root.expectKeys({"format", "machine", "recording", "seed", "speed", "startTime"});
+  root.expectFormatOne();
+  Simulation simulation;
+  simulation.machine = textOr(root, "machine", "");
+  simulation.recording = textOr(root, "recording", "");
+  if (simulation.machine.empty() == simulation.recording.empty()) {
+    throw JsonMismatch("expected either a machine or a recording, got " +
+                       std::string(simulation.machine.empty() ? "none" : "both"));
+  }
+  const auto recording = root.find("recording");
+  if (recording && !simulation.recording.empty() && simulation.recording.front() != '/') {
+    recording->fail("an absolute path");
+  }
+  if (const auto seed = root.find("seed")) simulation.seed = readSeed(*seed);
+  if (const auto speed = root.find("speed")) {
+    simulation.speed = readWithin(*speed, 1, 100, "a number from 1 to 100");
+  }
+  if (const auto start = root.find("startTime")) {
+    simulation.startTime = readWithin(*start, 0, kLatestStart, "seconds since 1970");
+  }
+  return simulation;
+}
+
+/// A new file beside the one it will replace; gone again unless it was renamed.
+class TemporaryFile {
+ public:
+  explicit TemporaryFile(const std::string& target)
+      : path_(target + ".XXXXXX"), descriptor_(mkstemp(path_.data())) {}
+  ~TemporaryFile() {
+    if (descriptor_ < 0) return;
+    close(descriptor_);
+    if (!isRenamed_) unlink(path_.c_str());
+  }
+  TemporaryFile(const TemporaryFile&) = delete;
+  TemporaryFile& operator=(const TemporaryFile&) = delete;
+
+  bool replaceTarget(const std::string& target, const std::string& text) {
+    if (descriptor_ < 0 || fchmod(descriptor_, S_IRUSR | S_IWUSR) != 0 || !write(text)) {
+      return false;
+    }
+    isRenamed_ = rename(path_.c_str(), target.c_str()) == 0;
+    return isRenamed_;
+  }
+
+ private:
+  bool write(const std::string& text) const {
+    std::size_t written = 0;
+    while (written < text.size()) {
+      const ssize_t now = ::write(descriptor_, text.data() + written, text.size() - written);
+      if (now < 0 && errno != EINTR) return false;
+      if (now > 0) written += static_cast<std::size_t>(now);
+    }
+    return true;
+  }
+
+  std::string path_;
+  int descriptor_;
+  bool isRenamed_ = false;
+};
+
+}  // namespace
+
+std::string formatSimulation(const Simulation& simulation) {
+  nlohmann::ordered_json file;
+  file["format"] = 1;
+  if (!simulation.machine.empty()) file["machine"] = simulation.machine;
+  if (!simulation.recording.empty()) file["recording"] = simulation.recording;
+  file["seed"] = simulation.seed;
+  file["speed"] = simulation.speed;
+  file["startTime"] = simulation.startTime;
+  // A path need not be UTF-8; what can't be written as JSON becomes U+FFFD instead of an exception.
+  return file.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
+}
+
+std::variant<Simulation, SimulationError> parseSimulation(const std::string& text) {
+  try {
+    const nlohmann::json document = parseStrictJson(text);
+    return readSimulationNode(JsonNode(document));
+  } catch (const JsonMismatch& mismatch) {
+    return SimulationError{mismatch.what()};
+  }
+}
+
+std::variant<Simulation, SimulationError> readSimulation(const std::string& path) {
+  const auto bytes = readFileBytes(path, kLargestFile);
+  if (const auto* error = std::get_if<FileError>(&bytes)) {
+    return SimulationError{path + ": expected a readable file, got: " + error->message};
+  }
+  const auto& read = std::get<base::Bytes>(bytes);
+  auto parsed = parseSimulation(std::string(read.begin(), read.end()));
+  if (auto* error = std::get_if<SimulationError>(&parsed)) {
+    error->message = path + ": " + error->message;
+  }
+  return parsed;
+}
+
+std::string writeSimulation(const std::string& path, const Simulation& simulation) {
+  TemporaryFile file(path);
+  if (file.replaceTarget(path, formatSimulation(simulation))) return "";
+  return "can't write \"" + path + "\": " + std::strerror(errno);
+}
+
+}  // namespace pallimo::adapters::simulated

@@ -1,0 +1,177 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 The Pallimo authors
+
+#include "adapters/simulated/simulation_file.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <filesystem>
+#include <ostream>
+#include <string>
+
+#include "recording_folder.h"
+
+namespace pallimo::adapters::simulated {
+namespace {
+
+const Simulation kBuiltin{.machine = "MacBook Pro M2 Pro",
+                          .recording = "",
+                          .seed = 18446744073709551615U,
+                          .speed = 2.5,
+                          .startTime = 1790000000.125};
+
+std::string complaint(const std::variant<Simulation, SimulationError>& result) {
+  const auto* error = std::get_if<SimulationError>(&result);
+  return error == nullptr ? "no error" : error->message;
+}
+
+TEST(SimulationFile, IsReadableText) {
+  EXPECT_EQ(formatSimulation(kBuiltin),
+            "{\n"
+            "  \"format\": 1,\n"
+            "  \"machine\": \"MacBook Pro M2 Pro\",\n"
+            "  \"seed\": 18446744073709551615,\n"
+            "  \"speed\": 2.5,\n"
+            "  \"startTime\": 1790000000.125\n"
+            "}\n");
+}
+
+TEST(SimulationFile, ReadsBackWhatItWrote) {
+  const Simulation recorded{
+      .machine = "", .recording = "/a b/\u00fc\n\"", .seed = 2, .speed = 100, .startTime = 0};
+  for (const Simulation& simulation : {kBuiltin, recorded}) {
+    const auto parsed = parseSimulation(formatSimulation(simulation));
+    ASSERT_EQ(complaint(parsed), "no error");
+    EXPECT_EQ(std::get<Simulation>(parsed), simulation);
+  }
+}
+
+TEST(SimulationFile, AbsentKeysTakeTheirDefaults) {
+  const auto parsed = parseSimulation(R"({"format": 1, "machine": "x"})");
+  ASSERT_EQ(complaint(parsed), "no error");
+  EXPECT_EQ(std::get<Simulation>(parsed), (Simulation{.machine = "x", .recording = ""}));
+}
+
+struct Broken {
+  std::string text;
+  std::string line;
+};
+
+std::ostream& operator<<(std::ostream& out, const Broken& broken) { return out << broken.text; }
+
+class BrokenSimulation : public ::testing::TestWithParam<Broken> {};
+
+TEST_P(BrokenSimulation, IsRefusedWithOneLine) {
+  EXPECT_EQ(complaint(parseSimulation(GetParam().text)), GetParam().line);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    All, BrokenSimulation,
+    ::testing::Values(
+        Broken{"", "line 1, column 1: expected JSON, got something else"},
+        Broken{"[]", "expected an object, got an empty array"},
+        Broken{R"({"machine": "x"})", "format: expected 1, got nothing"},
+        Broken{R"({"format": 2, "machine": "x"})", "format: expected 1, got 2"},
+        Broken{R"({"format": 1})", "expected either a machine or a recording, got none"},
+        Broken{R"({"format": 1, "machine": "x", "recording": "/y"})",
+               "expected either a machine or a recording, got both"},
+        Broken{R"({"format": 1, "machine": 1})", "machine: expected a text, got 1"},
+        Broken{R"({"format": 1, "recording": 1})", "recording: expected a text, got 1"},
+        Broken{R"({"format": 1, "recording": "here"})",
+               "recording: expected an absolute path, got \"here\""},
+        Broken{R"({"format": 1, "machine": "x", "seed": -1})",
+               "seed: expected an unsigned 64-bit number, got -1"},
+        Broken{R"({"format": 1, "machine": "x", "seed": 1.5})",
+               "seed: expected an unsigned 64-bit number, got 1.5"},
+        Broken{R"({"format": 1, "machine": "x", "speed": 0.5})",
+               "speed: expected a number from 1 to 100, got 0.5"},
+        Broken{R"({"format": 1, "machine": "x", "speed": 101})",
+               "speed: expected a number from 1 to 100, got 101"},
+        Broken{R"({"format": 1, "machine": "x", "speed": "1"})",
+               "speed: expected a number, got \"1\""},
+        Broken{R"({"format": 1, "machine": "x", "startTime": -1})",
+               "startTime: expected seconds since 1970, got -1"},
+        Broken{R"({"format": 1, "machine": "x", "startTime": 1e12})",
+               "startTime: expected seconds since 1970, got 1000000000000.0"},
+        Broken{R"({"format": 1, "machine": "x", "faults": {}})",
+               "faults: expected one of the keys format, machine, recording, seed, speed, "
+               "startTime, got an unknown key"},
+        Broken{R"({"format": 1, "machine": "x", "machine": "y"})",
+               "machine: expected each key once, got it twice"}));
+
+class WrittenSimulation : public ::testing::Test {
+ protected:
+  std::string path() const { return folder_.pathOf("simulation.json"); }
+  std::size_t filesInFolder() const {
+    return static_cast<std::size_t>(
+        std::distance(std::filesystem::directory_iterator(folder_.path()), {}));
+  }
+
+  RecordingFolder folder_;
+};
+
+TEST_F(WrittenSimulation, ReadsBackFromItsFile) {
+  EXPECT_EQ(writeSimulation(path(), kBuiltin), "");
+  const auto read = readSimulation(path());
+  ASSERT_EQ(complaint(read), "no error");
+  EXPECT_EQ(std::get<Simulation>(read), kBuiltin);
+}
+
+TEST_F(WrittenSimulation, BelongsToItsUserAlone) {
+  EXPECT_EQ(writeSimulation(path(), kBuiltin), "");
+  struct stat status = {};
+  ASSERT_EQ(stat(path().c_str(), &status), 0);
+  EXPECT_EQ(status.st_mode & 07777, 0600u);
+}
+
+TEST_F(WrittenSimulation, ReplacesTheOldFileAndLeavesNothingBeside) {
+  folder_.write("simulation.json", "old");
+  EXPECT_EQ(writeSimulation(path(), kBuiltin), "");
+  EXPECT_EQ(folder_.read("simulation.json"), formatSimulation(kBuiltin));
+  EXPECT_EQ(filesInFolder(), 1u);
+}
+
+TEST_F(WrittenSimulation, AReaderOfTheOldFileKeepsItsText) {
+  folder_.write("simulation.json", "old");
+  std::ifstream reader(path());
+  EXPECT_EQ(writeSimulation(path(), kBuiltin), "");
+  EXPECT_EQ(std::string(std::istreambuf_iterator<char>(reader), {}), "old");
+}
+
+TEST_F(WrittenSimulation, SaysWhyItCannotBeWritten) {
+  const std::string missing = folder_.pathOf("none/simulation.json");
+  EXPECT_EQ(writeSimulation(missing, kBuiltin),
+            "can't write \"" + missing + "\": No such file or directory");
+}
+
+TEST_F(WrittenSimulation, LeavesNothingBehindWhenItCannotReplace) {
+  std::filesystem::create_directories(folder_.pathOf("simulation.json/x"));
+  EXPECT_NE(writeSimulation(path(), kBuiltin), "");
+  EXPECT_EQ(filesInFolder(), 1u);
+}
+
+TEST_F(WrittenSimulation, SaysWhyItCannotBeRead) {
+  EXPECT_EQ(complaint(readSimulation(path())),
+            path() + ": expected a readable file, got: No such file or directory");
+}
+
+TEST_F(WrittenSimulation, SaysInWhichFileTheTextIsBroken) {
+  folder_.write("simulation.json", "{}");
+  EXPECT_EQ(complaint(readSimulation(path())), path() + ": format: expected 1, got nothing");
+}
+
+TEST_F(WrittenSimulation, AFileThatCannotBeOneIsNotReadToItsEnd) {
+  folder_.write("simulation.json", std::string(65537, ' '));
+  EXPECT_EQ(complaint(readSimulation(path())),
+            path() + ": expected a readable file, got: Larger than 65536 bytes");
+}
+
+TEST_F(WrittenSimulation, ANamedPipeIsRefusedInsteadOfWaitedFor) {
+  ASSERT_EQ(mkfifo(path().c_str(), 0600), 0);
+  EXPECT_EQ(complaint(readSimulation(path())),
+            path() + ": expected a readable file, got: Not a regular file");
+}
+
+}  // namespace
+}  // namespace pallimo::adapters::simulated
