@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 The Pallimo authors
+
+#include "adapters/libplist/libplist_reader.h"
+
+#include <plist/plist.h>
+
+#include <limits>
+#include <string>
+#include <string_view>
+
+#include "adapters/libplist/binary_guard.h"
+#include "adapters/libplist/tree_conversion.h"
+#include "adapters/libplist/xml_extract.h"
+#include "base/text_format.h"
+
+namespace pallimo::adapters::libplist {
+
+namespace {
+
+using Parse = void (*)(const char*, std::uint32_t, plist_t*);
+
+std::optional<base::PropertyList> parsed(Parse parse, std::string_view document) {
+  // libplist takes a node that is there already for the document's first: it must be null.
+  plist_t root = nullptr;
+  parse(document.data(), static_cast<std::uint32_t>(document.size()), &root);
+  const Tree tree(root);
+  return tree == nullptr ? std::nullopt : propertyListOf(tree.get());
+}
+
+}  // namespace
+
+std::optional<base::PropertyList> LibplistReader::read(std::span<const std::uint8_t> bytes) const {
+  if (bytes.size() > std::numeric_limits<std::uint32_t>::max()) return std::nullopt;
+  const base::CLocaleScope cLocale;
+  const std::string_view text(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+  // By name: plist_from_memory() of newer versions guesses further formats.
+  if (text.starts_with("bplist")) {
+    if (!isHarmlessBinary(bytes)) return std::nullopt;
+    return parsed(plist_from_bin, text);
+  }
+  std::string scratch;
+  const std::optional<std::string_view> document = extractXML(text, scratch);
+  if (!document) return std::nullopt;
+  return parsed(plist_from_xml, *document);
+}
+
+}  // namespace pallimo::adapters::libplist
