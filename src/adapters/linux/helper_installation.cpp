@@ -1,0 +1,182 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 The Pallimo authors
+
+#include "adapters/linux/helper_installation.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <utility>
+
+#include "helper_link/protocol/xpc_protocol.h"
+
+namespace pallimo::adapters::linux {
+
+namespace {
+
+constexpr mode_t kFolderMode = 0700;
+constexpr mode_t kHelperMode = 0755;
+
+using Complaint = std::optional<std::string>;
+
+class Token final : public ports::AuthorizationToken {};
+
+/// Owns a file descriptor.
+class Descriptor {
+ public:
+  explicit Descriptor(int number) : number_(number) {}
+  ~Descriptor() {
+    if (number_ >= 0) ::close(number_);
+  }
+  Descriptor(const Descriptor&) = delete;
+  Descriptor& operator=(const Descriptor&) = delete;
+
+  bool isOpen() const { return number_ >= 0; }
+  int get() const { return number_; }
+
+ private:
+  const int number_;
+};
+
+std::string because(const std::string& what, const std::string& path) {
+  return what + " \"" + path + "\": " + std::strerror(errno);
+}
+
+std::string folderOf(const std::string& path) { return path.substr(0, path.find_last_of('/')); }
+std::string nameOf(const std::string& path) { return path.substr(path.find_last_of('/') + 1); }
+
+/// As much as fits, or up to the end of the file; -1 when it can't be read.
+ssize_t readFully(int file, std::array<char, 65536>& buffer) {
+  std::size_t size = 0;
+  while (size < buffer.size()) {
+    const ssize_t count = ::read(file, buffer.data() + size, buffer.size() - size);
+    if (count < 0 && errno == EINTR) continue;
+    if (count < 0) return -1;
+    if (count == 0) break;
+    size += static_cast<std::size_t>(count);
+  }
+  return static_cast<ssize_t>(size);
+}
+
+bool writeFully(int file, const char* bytes, std::size_t size) {
+  while (size > 0) {
+    const ssize_t count = ::write(file, bytes, size);
+    if (count < 0 && errno == EINTR) continue;
+    if (count < 0) return false;
+    bytes += count;
+    size -= static_cast<std::size_t>(count);
+  }
+  return true;
+}
+
+bool haveSameBytes(int one, int other) {
+  std::array<char, 65536> first;
+  std::array<char, 65536> second;
+  while (true) {
+    const ssize_t size = readFully(one, first);
+    if (size < 0 || readFully(other, second) != size) return false;
+    if (size == 0) return true;
+    if (std::memcmp(first.data(), second.data(), static_cast<std::size_t>(size)) != 0) return false;
+  }
+}
+
+/// The installed file is a plain one with the right mode and the same bytes as `built`, which is
+/// read from its beginning.
+bool isInstalled(int built, int folder, const std::string& name) {
+  const Descriptor installed(::openat(folder, name.c_str(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC));
+  struct stat status = {};
+  if (!installed.isOpen() || ::fstat(installed.get(), &status) != 0) return false;
+  if (!S_ISREG(status.st_mode) || (status.st_mode & 07777) != kHelperMode) return false;
+  struct stat builtStatus = {};
+  if (::fstat(built, &builtStatus) != 0 || builtStatus.st_size != status.st_size) return false;
+  return haveSameBytes(built, installed.get());
+}
+
+bool copyBytes(int from, int to) {
+  std::array<char, 65536> buffer;
+  if (::lseek(from, 0, SEEK_SET) != 0) return false;
+  while (true) {
+    const ssize_t size = readFully(from, buffer);
+    if (size <= 0) return size == 0;
+    if (!writeFully(to, buffer.data(), static_cast<std::size_t>(size))) return false;
+  }
+}
+
+/// A name of its own for every process, so that two of them never write into one file.
+std::string temporaryName(const std::string& name) {
+  return "." + name + "." + std::to_string(::getpid());
+}
+
+/// Writes the copy beside its place and renames it into it.
+bool replace(int built, int folder, const std::string& name) {
+  const std::string temporary = temporaryName(name);
+  ::unlinkat(folder, temporary.c_str(), 0);  // of a process that died and had our number
+  bool isWritten = false;
+  {
+    const Descriptor copy(::openat(folder, temporary.c_str(),
+                                   O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600));
+    if (!copy.isOpen()) return false;
+    isWritten = copyBytes(built, copy.get()) && ::fchmod(copy.get(), kHelperMode) == 0 &&
+                ::fsync(copy.get()) == 0;
+  }
+  if (isWritten && ::renameat(folder, temporary.c_str(), folder, name.c_str()) == 0) return true;
+  const int error = errno;
+  ::unlinkat(folder, temporary.c_str(), 0);
+  errno = error;
+  return false;
+}
+
+/// Only the user may enter the folder.
+Complaint closeFolder(int folder, const std::string& path) {
+  struct stat status = {};
+  if (::fstat(folder, &status) != 0) return because("can't read the helper's folder", path);
+  if (status.st_uid != ::geteuid()) {
+    return "the helper's folder \"" + path + "\" belongs to another user";
+  }
+  if ((status.st_mode & 07777) != kFolderMode && ::fchmod(folder, kFolderMode) != 0) {
+    return because("can't close the helper's folder to others", path);
+  }
+  return std::nullopt;
+}
+
+}  // namespace
+
+HelperInstallation::HelperInstallation(std::string builtHelper, StateFolder folder,
+                                       ports::SystemLog& log)
+    : builtHelper_(std::move(builtHelper)), folder_(std::move(folder)), log_(log) {}
+
+Complaint HelperInstallation::install() const {
+  const std::string target = folder_.installedHelper();
+  const std::string folderPath = folderOf(target);
+  const std::string name = nameOf(target);
+  const Descriptor built(::open(builtHelper_.c_str(), O_RDONLY | O_CLOEXEC));
+  if (!built.isOpen()) return because("can't read the helper that was built", builtHelper_);
+  if (::mkdir(folderPath.c_str(), kFolderMode) != 0 && errno != EEXIST) {
+    return because("can't make the helper's folder", folderPath);
+  }
+  const Descriptor folder(
+      ::open(folderPath.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+  if (!folder.isOpen()) return because("can't open the helper's folder", folderPath);
+  if (const Complaint complaint = closeFolder(folder.get(), folderPath)) return complaint;
+  if (isInstalled(built.get(), folder.get(), name)) return std::nullopt;
+  if (!replace(built.get(), folder.get(), name)) return because("can't install the helper", target);
+  return std::nullopt;
+}
+
+ports::AuthorizationAttempt HelperInstallation::createAuthorization() {
+  return {0, std::make_shared<Token>()};
+}
+
+bool HelperInstallation::bless(std::string_view label, const ports::AuthorizationToken&) {
+  if (label != helper_link::protocol::kMachServiceName) return false;
+  const Complaint complaint = install();
+  if (complaint) log_.write(*complaint);
+  return !complaint;
+}
+
+}  // namespace pallimo::adapters::linux

@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 The Pallimo authors
+
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "adapters/linux/state_folder.h"
+#include "ports/helper_installer.h"
+#include "ports/system_log.h"
+
+namespace pallimo::adapters::linux {
+
+/// Puts the helper that the build made into the state folder, where the app's launcher finds it.
+/// Nobody has to be asked: the folder is the user's own and so is the helper.
+class HelperInstallation final : public ports::HelperInstaller {
+ public:
+  /// `builtHelper` is the absolute path of the helper that was built.
+  HelperInstallation(std::string builtHelper, StateFolder folder, ports::SystemLog& log);
+
+  /// Installs the helper unless exactly this one is installed. The installed file is replaced
+  /// whole: whoever starts the helper meanwhile meets the old one or the new one. Never writes
+  /// through a symbolic link; the helper's folder is closed to other users. Returns what went
+  /// wrong, in one line fit for a user, or nothing.
+  std::optional<std::string> install() const;
+
+  ports::AuthorizationAttempt createAuthorization() override;
+  /// install(); what went wrong stands in the system log.
+  bool bless(std::string_view label, const ports::AuthorizationToken& token) override;
+
+ private:
+  const std::string builtHelper_;
+  const StateFolder folder_;
+  ports::SystemLog& log_;
+};
+
+}  // namespace pallimo::adapters::linux

@@ -1,0 +1,73 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 The Pallimo authors
+
+#pragma once
+
+#include <sys/types.h>
+
+#include <optional>
+#include <utility>
+#include <variant>
+
+#include "ports/child_processes.h"
+
+namespace pallimo::adapters::linux {
+
+/// A file descriptor that is closed with its owner. -1 is none. Move-only.
+class Descriptor {
+ public:
+  Descriptor() = default;
+  explicit Descriptor(int number) : number_(number) {}
+  ~Descriptor() { reset(); }
+  Descriptor(Descriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
+  Descriptor& operator=(Descriptor&& other) noexcept {
+    if (this != &other) {
+      reset();
+      number_ = std::exchange(other.number_, -1);
+    }
+    return *this;
+  }
+
+  int get() const { return number_; }
+  explicit operator bool() const { return number_ >= 0; }
+  void reset();
+
+ private:
+  int number_ = -1;
+};
+
+/// A program that was started and has not been waited for. Until reap() has succeeded its process
+/// number can't belong to anybody else, so that signals never meet a stranger. Whoever holds one
+/// must reap it; destroying it alone leaves a zombie. Move-only, no locking.
+class PosixProcess {
+ public:
+  struct Started;
+
+  /// Starts the program in a process group of its own, with the default signal actions, no signal
+  /// blocked, /dev/null as standard input and error, and no descriptor but those and the pipe.
+  /// Returns the errno value when that fails. SIGCHLD must not be ignored in this process, or the
+  /// system throws the exit status away.
+  static std::variant<Started, int> start(const ports::ChildCommand& command);
+
+  /// Becomes readable when the program has ended.
+  int exitDescriptor() const { return exit_.get(); }
+
+  /// Ends the program and all it started, as far as they stayed in its group.
+  void killGroup() const;
+
+  /// The wait status if the program has ended; afterwards nothing is left of it in the system.
+  std::optional<int> reap();
+
+ private:
+  PosixProcess(pid_t number, Descriptor exit) : number_(number), exit_(std::move(exit)) {}
+
+  pid_t number_;
+  Descriptor exit_;  // a pidfd
+};
+
+struct PosixProcess::Started {
+  PosixProcess process;
+  Descriptor output;  ///< reads the program's standard output, without blocking
+};
+
+}  // namespace pallimo::adapters::linux

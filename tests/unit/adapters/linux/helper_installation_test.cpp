@@ -1,0 +1,204 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 The Pallimo authors
+
+#include "adapters/linux/helper_installation.h"
+
+#include <gtest/gtest.h>
+#include <stdlib.h>
+#include <sys/stat.h>
+
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "fakes/recording_lines.h"
+
+namespace pallimo::adapters::linux {
+namespace {
+
+namespace fs = std::filesystem;
+
+class HelperInstallationTest : public testing::Test {
+ protected:
+  HelperInstallationTest() {
+    char pattern[] = "/tmp/pallimo-XXXXXX";
+    root_ = mkdtemp(pattern);
+    fs::create_directory(root_ / "state");
+    build("the helper");
+  }
+  ~HelperInstallationTest() override { fs::remove_all(root_); }
+
+  fs::path built() const { return root_ / "com.ostrovane.powermetrics"; }
+  StateFolder state() const { return StateFolder(root_ / "state"); }
+  fs::path installed() const { return state().installedHelper(); }
+  fs::path folder() const { return installed().parent_path(); }
+  void build(const std::string& bytes) const { std::ofstream(built(), std::ios::trunc) << bytes; }
+  HelperInstallation installation() { return HelperInstallation(built(), state(), log_); }
+
+  static std::string textOf(const fs::path& file) {
+    std::ostringstream text;
+    text << std::ifstream(file).rdbuf();
+    return text.str();
+  }
+  static unsigned modeOf(const fs::path& path) {
+    struct stat status = {};
+    EXPECT_EQ(lstat(path.c_str(), &status), 0);
+    return status.st_mode & 07777;
+  }
+  static ino_t fileNumber(const fs::path& path) {
+    struct stat status = {};
+    EXPECT_EQ(lstat(path.c_str(), &status), 0);
+    return status.st_ino;
+  }
+  std::vector<std::string> namesInFolder() const {
+    std::vector<std::string> names;
+    for (const auto& entry : fs::directory_iterator(folder())) {
+      names.push_back(entry.path().filename());
+    }
+    return names;
+  }
+
+  fs::path root_;
+  fakes::RecordingSystemLog log_;
+};
+
+TEST_F(HelperInstallationTest, TheBuiltHelperIsCopiedAndMayBeExecuted) {
+  EXPECT_EQ(installation().install(), std::nullopt);
+  EXPECT_EQ(textOf(installed()), "the helper");
+  EXPECT_EQ(modeOf(installed()), 0755u);
+}
+
+TEST_F(HelperInstallationTest, TheHelpersFolderIsClosedToOthers) {
+  installation().install();
+  EXPECT_EQ(modeOf(folder()), 0700u);
+}
+
+TEST_F(HelperInstallationTest, AFolderThatIsOpenToOthersIsClosed) {
+  fs::create_directory(folder());
+  fs::permissions(folder(), fs::perms::all);
+  EXPECT_EQ(installation().install(), std::nullopt);
+  EXPECT_EQ(modeOf(folder()), 0700u);
+}
+
+TEST_F(HelperInstallationTest, TheSameHelperIsLeftAlone) {
+  installation().install();
+  const ino_t before = fileNumber(installed());
+  EXPECT_EQ(installation().install(), std::nullopt);
+  EXPECT_EQ(fileNumber(installed()), before);
+}
+
+TEST_F(HelperInstallationTest, AnotherHelperOfTheSameSizeIsReplaced) {
+  installation().install();
+  build("new helper");
+  EXPECT_EQ(installation().install(), std::nullopt);
+  EXPECT_EQ(textOf(installed()), "new helper");
+}
+
+TEST_F(HelperInstallationTest, ALongerHelperIsReplaced) {
+  installation().install();
+  build("the helper, grown");
+  EXPECT_EQ(installation().install(), std::nullopt);
+  EXPECT_EQ(textOf(installed()), "the helper, grown");
+}
+
+TEST_F(HelperInstallationTest, AHelperThatSpansSeveralReadsIsCopiedWhole) {
+  std::string large(200'001, 'x');
+  large.back() = 'y';
+  build(large);
+  installation().install();
+  EXPECT_EQ(textOf(installed()), large);
+  large.back() = 'z';
+  build(large);
+  installation().install();
+  EXPECT_EQ(textOf(installed()), large);
+}
+
+TEST_F(HelperInstallationTest, AHelperThatMayNotBeExecutedIsReplaced) {
+  installation().install();
+  fs::permissions(installed(), fs::perms::owner_read);
+  EXPECT_EQ(installation().install(), std::nullopt);
+  EXPECT_EQ(modeOf(installed()), 0755u);
+}
+
+TEST_F(HelperInstallationTest, TheFileIsReplacedAndNotRewritten) {
+  installation().install();
+  const std::ifstream running(installed());
+  build("new helper");
+  installation().install();
+  std::ostringstream text;
+  text << running.rdbuf();
+  EXPECT_EQ(text.str(), "the helper");
+}
+
+TEST_F(HelperInstallationTest, NothingElseIsLeftInTheFolder) {
+  installation().install();
+  EXPECT_EQ(namesInFolder(), std::vector<std::string>{"com.ostrovane.powermetrics"});
+}
+
+TEST_F(HelperInstallationTest, ALinkInTheHelpersPlaceIsReplacedAndItsTargetUntouched) {
+  std::ofstream(root_ / "precious") << "precious";
+  fs::create_directory(folder());
+  fs::create_symlink(root_ / "precious", installed());
+  EXPECT_EQ(installation().install(), std::nullopt);
+  EXPECT_EQ(textOf(root_ / "precious"), "precious");
+  EXPECT_FALSE(fs::is_symlink(installed()));
+  EXPECT_EQ(textOf(installed()), "the helper");
+}
+
+TEST_F(HelperInstallationTest, ALinkInTheFoldersPlaceIsRefused) {
+  fs::create_directory(root_ / "elsewhere");
+  fs::create_directory_symlink(root_ / "elsewhere", folder());
+  EXPECT_EQ(installation().install(),
+            "can't open the helper's folder \"" + folder().string() + "\": Not a directory");
+  EXPECT_TRUE(fs::is_empty(root_ / "elsewhere"));
+}
+
+TEST_F(HelperInstallationTest, AFolderInTheHelpersPlaceIsRefused) {
+  fs::create_directories(installed());
+  EXPECT_EQ(installation().install(),
+            "can't install the helper \"" + installed().string() + "\": Is a directory");
+  EXPECT_EQ(namesInFolder(), std::vector<std::string>{"com.ostrovane.powermetrics"});
+}
+
+TEST_F(HelperInstallationTest, AMissingBuildIsSaidAndTheInstalledHelperStays) {
+  installation().install();
+  fs::remove(built());
+  EXPECT_EQ(installation().install(), "can't read the helper that was built \"" + built().string() +
+                                          "\": No such file or directory");
+  EXPECT_EQ(textOf(installed()), "the helper");
+}
+
+TEST_F(HelperInstallationTest, AnAuthorisationIsHadAtOnce) {
+  HelperInstallation installer = installation();
+  const ports::AuthorizationAttempt attempt = installer.createAuthorization();
+  EXPECT_EQ(attempt.status, 0);
+  EXPECT_NE(attempt.token, nullptr);
+}
+
+TEST_F(HelperInstallationTest, BlessingInstalls) {
+  HelperInstallation installer = installation();
+  const auto token = installer.createAuthorization().token;
+  EXPECT_TRUE(installer.bless("com.ostrovane.powermetrics", *token));
+  EXPECT_EQ(textOf(installed()), "the helper");
+}
+
+TEST_F(HelperInstallationTest, BlessingAnotherLabelIsRefused) {
+  HelperInstallation installer = installation();
+  const auto token = installer.createAuthorization().token;
+  EXPECT_FALSE(installer.bless("com.example.other", *token));
+  EXPECT_FALSE(fs::exists(installed()));
+}
+
+TEST_F(HelperInstallationTest, ABlessingThatFailsSaysWhyInTheSystemLog) {
+  fs::create_directories(installed());
+  HelperInstallation installer = installation();
+  const auto token = installer.createAuthorization().token;
+  EXPECT_FALSE(installer.bless("com.ostrovane.powermetrics", *token));
+  EXPECT_EQ(log_.lines(), std::vector<std::string>{"can't install the helper \"" +
+                                                   installed().string() + "\": Is a directory"});
+}
+
+}  // namespace
+}  // namespace pallimo::adapters::linux
