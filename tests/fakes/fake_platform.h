@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 The Pallimo authors
+
+#pragma once
+
+#include "adapters/libplist/libplist_reader.h"
+#include "app/platform.h"
+#include "base/notification_centre.h"
+#include "fakes/fake_bundle.h"
+#include "fakes/fake_helper_connector.h"
+#include "fakes/fake_helper_installer.h"
+#include "fakes/fake_system_controls.h"
+#include "fakes/manual_clock.h"
+#include "fakes/manual_main_queue.h"
+#include "fakes/memory_user_defaults.h"
+#include "fakes/recording_lines.h"
+
+namespace pallimo::fakes {
+
+/// A platform of fakes, except for the property-list reader, which is the one that ships. A Mac
+/// with Apple silicon that embeds helper 1.0 and whose helper is the test.
+struct FakePlatform {
+  ManualMainQueue mainQueue;
+  base::NotificationCentre notifications;
+  MemoryUserDefaults defaults;
+  adapters::libplist::LibplistReader propertyLists;
+  FakeSystemControls systemControls;
+  FakeHelperConnector helperConnector;
+  FakeHelperInstaller helperInstaller;
+  FakeBundle bundle;
+  ManualClock clock;
+  RecordingConsole console;
+  RecordingSystemLog systemLog;
+
+  FakePlatform() {
+    setCpuType(0x0100000C);
+    bundle.embedHelper("1.0");
+  }
+
+  void setCpuType(std::int64_t type) { systemControls.setInteger("hw.cputype", type); }
+
+  app::Platform platform() {
+    return {mainQueue,      notifications,   defaults,        propertyLists,
+            systemControls, helperConnector, helperInstaller, bundle,
+            clock,          console,         systemLog};
+  }
+};
+
+}  // namespace pallimo::fakes
