@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 The Pallimo authors
+
+#pragma once
+
+#include <memory>
+
+#include "app/platform.h"
+#include "helper_link/xpc_manager.h"
+#include "logging/sample_rows.h"
+#include "modules/module_model_frequency.h"
+#include "modules/module_model_power.h"
+#include "sampling/sg_power_metrics.h"
+
+namespace pallimo::app {
+
+/// The composition root: creates and owns every model and wires them, all links between them being
+/// weak. Nothing samples until the helper manager finds the helper usable.
+///
+/// Built and read on the main thread; the platform's parts outlive it.
+class GeneralModel {
+ public:
+  explicit GeneralModel(const Platform& platform);
+  GeneralModel(const GeneralModel&) = delete;
+  GeneralModel& operator=(const GeneralModel&) = delete;
+
+  /// Whether the machine can sample at all.
+  helper_link::Processor processor() const { return processor_; }
+
+  const std::shared_ptr<sampling::SGPowerMetrics>& modelPowerMetrics() const {
+    return modelPowerMetrics_;
+  }
+  const std::shared_ptr<helper_link::XPCManager>& xpcmanager() const { return xpcmanager_; }
+  const std::shared_ptr<modules::ModuleModelPower>& modelPower() const { return modelPower_; }
+  const std::shared_ptr<modules::ModuleModelFrequency>& modelFrequency() const {
+    return modelFrequency_;
+  }
+  const std::shared_ptr<logging::SampleRows>& sampleRows() const { return sampleRows_; }
+
+  /// The app is about to end: tells the helper to stop. Sampling is not stopped separately.
+  void applicationWillTerminate();
+
+ private:
+  void wire();
+
+  // In the order of creation.
+  const helper_link::Processor processor_;
+  const std::shared_ptr<sampling::SGPowerMetrics> modelPowerMetrics_;
+  const std::shared_ptr<helper_link::XPCManager> xpcmanager_;
+  const std::shared_ptr<modules::ModuleModelPower> modelPower_;
+  const std::shared_ptr<modules::ModuleModelFrequency> modelFrequency_;
+  /// Reads the models above, so it comes after them.
+  const std::shared_ptr<logging::SampleRows> sampleRows_;
+};
+
+}  // namespace pallimo::app

@@ -1,0 +1,135 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 The Pallimo authors
+
+#include "app/headless_format.h"
+
+#include <cstdio>
+#include <ctime>
+#include <nlohmann/json.hpp>
+#include <optional>
+
+#include "app/headless_table.h"
+#include "logging/log_file_data.h"
+
+namespace pallimo::app {
+
+namespace {
+
+using Time = std::chrono::system_clock::time_point;
+
+/// Remembers the time of the first row.
+class FirstTime {
+ public:
+  Time of(const logging::LogRow& row) {
+    if (!first_) first_ = row.time;
+    return *first_;
+  }
+  bool isKnown() const { return first_.has_value(); }
+
+ private:
+  std::optional<Time> first_;
+};
+
+class CsvFormat final : public HeadlessFormat {
+ public:
+  std::string format(const logging::LogRow& row) override {
+    std::string text;
+    if (!first_.isKnown()) {
+      text += logging::kCsvHeader;
+      text += '\n';
+    }
+    text += logging::csvLine(logging::formatRow(row, first_.of(row)));
+    text += '\n';
+    return text;
+  }
+
+ private:
+  FirstTime first_;
+};
+
+class JsonFormat final : public HeadlessFormat {
+ public:
+  std::string format(const logging::LogRow& row) override {
+    return jsonLine(row, first_.of(row)) + '\n';
+  }
+
+ private:
+  FirstTime first_;
+};
+
+class TableFormat final : public HeadlessFormat {
+ public:
+  std::string format(const logging::LogRow& row) override {
+    const Time first = first_.of(row);
+    const bool isHeaderDue = rows_++ % kRowsBetweenHeaders == 0;
+    return (isHeaderDue ? tableHeader() : std::string()) + tableLine(row, first);
+  }
+
+ private:
+  // A header stays in sight on a terminal of 24 lines.
+  static constexpr unsigned kRowsBetweenHeaders = 20;
+
+  FirstTime first_;
+  unsigned rows_ = 0;
+};
+
+double secondsBetween(Time first, Time second) {
+  return std::chrono::duration<double>(second - first).count();
+}
+
+}  // namespace
+
+std::unique_ptr<HeadlessFormat> makeHeadlessFormat(OutputFormat format) {
+  switch (format) {
+    case OutputFormat::csv:
+      return std::make_unique<CsvFormat>();
+    case OutputFormat::json:
+      return std::make_unique<JsonFormat>();
+    case OutputFormat::table:
+      break;
+  }
+  return std::make_unique<TableFormat>();
+}
+
+std::string isoTime(Time time) {
+  const auto whole = std::chrono::floor<std::chrono::seconds>(time);
+  const auto millis = std::chrono::floor<std::chrono::milliseconds>(time - whole).count();
+  const std::time_t seconds = std::chrono::system_clock::to_time_t(whole);
+  std::tm local = {};
+  localtime_r(&seconds, &local);
+  const long minutes = local.tm_gmtoff / 60;
+  const long distance = minutes < 0 ? -minutes : minutes;
+  char text[80];
+  std::snprintf(text, sizeof text, "%04d-%02d-%02dT%02d:%02d:%02d.%03d%c%02ld:%02ld",
+                local.tm_year + 1900, local.tm_mon + 1, local.tm_mday, local.tm_hour, local.tm_min,
+                local.tm_sec, static_cast<int>(millis), minutes < 0 ? '-' : '+', distance / 60,
+                distance % 60);
+  return text;
+}
+
+std::string jsonLine(const logging::LogRow& row, Time first) {
+  // The library writes the shortest text that reads back as the same number, and null for what is
+  // not finite.
+  nlohmann::ordered_json object;
+  object["timeStamp"] = isoTime(row.time);
+  object["ellapsedTime"] = secondsBetween(first, row.time);
+  object["pkgPower"] = row.pkgPower;
+  object["cpuPower"] = row.cpuPower;
+  object["dramPower"] = row.dramPower;
+  object["anePower"] = row.anePower;
+  object["gpuPower"] = row.gpuPower;
+  object["cpuECoreFrequency"] = row.cpuECoreFrequency;
+  object["cpuPCoreFrequency"] = row.cpuPCoreFrequency;
+  object["gpuFrequency"] = row.gpuFrequency;
+  object["cpuAvgTmp"] = row.cpuAvgTmp;
+  object["cpuMaxTmp"] = row.cpuMaxTmp;
+  object["cpuMinTmp"] = row.cpuMinTmp;
+  object["gpuAvgTmp"] = row.gpuAvgTmp;
+  object["cpuUtilization"] = row.cpuUtilization;
+  object["cpuEUtilization"] = row.cpuEUtilization;
+  object["cpuPUtilization"] = row.cpuPUtilization;
+  object["gpuUtilization"] = row.gpuUtilization;
+  return object.dump();
+}
+
+}  // namespace pallimo::app

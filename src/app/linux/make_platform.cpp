@@ -1,0 +1,131 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 The Pallimo authors
+
+#include "app/make_platform.h"
+
+#include <unistd.h>
+
+#include <chrono>
+#include <filesystem>
+#include <optional>
+#include <system_error>
+#include <utility>
+
+#include "adapters/simulated/machines.h"
+#include "adapters/simulated/simulated_machine.h"
+#include "adapters/simulated/simulation_file.h"
+#include "app/linux/linux_platform.h"
+#include "app/linux/state_folder_choice.h"
+#include "helper_link/protocol/xpc_protocol.h"
+
+namespace pallimo::app {
+
+namespace {
+
+namespace fs = std::filesystem;
+namespace simulated = adapters::simulated;
+using adapters::linux::StateFolder;
+using adapters::qt::SystemClock;
+
+/// The helper that the build made lies beside the app.
+std::variant<std::string, StartError> builtHelper() {
+  std::error_code error;
+  const fs::path self = fs::read_symlink("/proc/self/exe", error);
+  if (error) return StartError{"can't find the app's own folder: " + error.message()};
+  return (self.parent_path() / helper_link::protocol::kMachServiceName).string();
+}
+
+/// A built-in machine of that name, else a folder: helper and stand-in need its absolute path.
+std::variant<simulated::Simulation, StartError> simulationFor(const Options& options,
+                                                              SystemClock::TimePoint start) {
+  simulated::Simulation simulation;
+  simulation.speed = options.speed;
+  simulation.startTime = std::chrono::duration<double>(start.time_since_epoch()).count();
+  const std::string asked = options.machine.value_or(simulated::defaultMachineName());
+  if (const auto* machine = simulated::findMachine(asked)) {
+    simulation.machine = machine->name;
+    return simulation;
+  }
+  std::error_code error;
+  if (!fs::exists(asked, error)) {
+    return StartError{"there is no machine and no recording \"" + asked +
+                      "\"; --list-machines lists the built-in machines"};
+  }
+  simulation.recording = fs::canonical(asked, error);
+  if (error) return StartError{"can't find the recording \"" + asked + "\": " + error.message()};
+  return simulation;
+}
+
+/// The pieces of a start, each of which may end it with one line.
+class Start {
+ public:
+  explicit Start(const Options& options) : options_(options), start_(SystemClock::realNow()) {}
+
+  std::variant<std::unique_ptr<PlatformOwner>, StartError> make() {
+    for (const auto step : {&Start::findFolder, &Start::findHelper, &Start::loadMachine,
+                            &Start::prepareFolder, &Start::makeOwner}) {
+      if (auto error = (this->*step)()) return *std::move(error);
+    }
+    return std::move(owner_);
+  }
+
+ private:
+  using Problem = std::optional<StartError>;
+
+  Problem findFolder() { return keep(linux::stateFolderPath(options_), folderPath_); }
+  Problem findHelper() { return keep(builtHelper(), builtHelper_); }
+
+  Problem loadMachine() {
+    if (auto error = keep(simulationFor(options_, start_), simulation_)) return error;
+    auto loaded = simulated::SimulatedMachine::load(simulation_);
+    if (const auto* error = std::get_if<simulated::SimulationError>(&loaded)) {
+      return StartError{error->message};
+    }
+    systemControls_ = std::get<simulated::SimulatedMachine>(loaded).systemControls();
+    return std::nullopt;
+  }
+
+  Problem prepareFolder() {
+    const StateFolder folder(folderPath_);
+    if (auto problem = prepareStateFolder(folder)) return StartError{*std::move(problem)};
+    std::string problem = simulated::writeSimulation(folder.simulationFile(), simulation_);
+    if (!problem.empty()) return StartError{std::move(problem)};
+    return std::nullopt;
+  }
+
+  Problem makeOwner() {
+    const int console = options_.headless ? STDERR_FILENO : STDOUT_FILENO;
+    auto owner = std::make_unique<linux::LinuxPlatform>(
+        linux::LinuxPlatform::Parts{StateFolder(folderPath_), builtHelper_,
+                                    std::move(systemControls_), start_, options_.speed, console});
+    // The helper that the build made is the one that is installed, from the first start on.
+    if (auto problem = owner->installHelper()) return StartError{*std::move(problem)};
+    owner_ = std::move(owner);
+    return std::nullopt;
+  }
+
+  template <class Value>
+  static Problem keep(std::variant<Value, StartError> made, Value& kept) {
+    if (auto* error = std::get_if<StartError>(&made)) return std::move(*error);
+    kept = std::get<Value>(std::move(made));
+    return std::nullopt;
+  }
+
+  const Options& options_;
+  const SystemClock::TimePoint start_;
+  std::string folderPath_;
+  std::string builtHelper_;
+  simulated::Simulation simulation_;
+  std::unique_ptr<ports::SystemControls> systemControls_;
+  std::unique_ptr<PlatformOwner> owner_;
+};
+
+}  // namespace
+
+std::variant<std::unique_ptr<PlatformOwner>, StartError> makePlatform(const Options& options) {
+  return Start(options).make();
+}
+
+std::vector<std::string> listedMachines() { return simulated::machineList(); }
+
+}  // namespace pallimo::app

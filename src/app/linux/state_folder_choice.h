@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 The Pallimo authors
+
+#pragma once
+
+#include <string>
+#include <variant>
+
+#include "app/command_line.h"
+#include "app/make_platform.h"
+
+namespace pallimo::app::linux {
+
+/// The absolute path of the state folder that the options name, else $XDG_STATE_HOME/pallimo, else
+/// ~/.local/state/pallimo.
+std::variant<std::string, StartError> stateFolderPath(const Options& options);
+
+}  // namespace pallimo::app::linux

@@ -1,0 +1,98 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 The Pallimo authors
+
+#include <QCoreApplication>
+#include <clocale>
+#include <csignal>
+#include <iostream>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "adapters/qt/unix_signals.h"
+#include "app/command_line.h"
+#include "app/descriptor_output.h"
+#include "app/headless_run.h"
+#include "app/make_platform.h"
+#include "app/shared_general_model.h"
+
+namespace pallimo::app {
+namespace {
+
+int fail(int status, const std::string& message) {
+  std::cerr << "pallimo: " + message + "\n";
+  return status;
+}
+
+int print(const std::string& text) {
+  std::cout << text << std::flush;
+  return 0;
+}
+
+std::string linesOf(const std::vector<std::string>& lines) {
+  std::string text;
+  for (const std::string& line : lines) text += line + "\n";
+  return text;
+}
+
+RunEnd runHeadless(const Platform& platform, const Options& options) {
+  constexpr int kStandardOutput = 1;
+  DescriptorOutput output(kStandardOutput);
+  GeneralModel& general = SharedGeneralModel::get();
+  RunEnd end;
+  const auto run = HeadlessRun::create(
+      {platform.mainQueue, platform.notifications, general, output},
+      {options.format, options.samples, options.installHelper, options.speed}, [&end](RunEnd how) {
+        end = std::move(how);
+        QCoreApplication::quit();
+      });
+  const adapters::qt::UnixSignals interruptions([&run] { run->interrupt(); });
+  run->start();
+  QCoreApplication::exec();
+  general.applicationWillTerminate();
+  return end;
+}
+
+RunEnd runApp(const Options& options) {
+  if (!options.headless) return {1, "the window is not built yet; run with --headless"};
+  const auto made = makePlatform(options);
+  if (const auto* error = std::get_if<StartError>(&made)) return {kUsageStatus, error->message};
+  PlatformOwner& owner = *std::get<std::unique_ptr<PlatformOwner>>(made);
+  const SharedGeneralModel shared(owner.platform());
+  RunEnd end = runHeadless(owner.platform(), options);
+  owner.endLink();
+  return end;
+}
+
+int main(int argumentCount, char* arguments[]) {
+  // A reader that is gone shows in the result of a write.
+  std::signal(SIGPIPE, SIG_IGN);
+  const auto parsed = parseCommandLine({arguments + 1, arguments + argumentCount});
+  if (const auto* error = std::get_if<UsageError>(&parsed)) {
+    return fail(kUsageStatus, error->message + "; see pallimo --help");
+  }
+  const Options& options = std::get<Options>(parsed);
+  switch (options.action) {
+    case Options::Action::showHelp:
+      return print(std::string(kHelpText));
+    case Options::Action::showVersion:
+      return print("pallimo " PALLIMO_VERSION "\n");
+    case Options::Action::listMachines:
+      return print(linesOf(listedMachines()));
+    case Options::Action::run:
+      break;
+  }
+  int one = 1;  // the command line is ours alone
+  const QCoreApplication application(one, arguments);
+  // Qt has taken over the user's locale.
+  std::setlocale(LC_NUMERIC, "C");
+  const RunEnd end = runApp(options);
+  return end.status == 0 ? 0 : fail(end.status, end.message);
+}
+
+}  // namespace
+}  // namespace pallimo::app
+
+int main(int argumentCount, char* arguments[]) {
+  return pallimo::app::main(argumentCount, arguments);
+}

@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 The Pallimo authors
+
+#pragma once
+
+#include <memory>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "app/command_line.h"
+#include "app/platform.h"
+
+namespace pallimo::app {
+
+/// Owns the adapters that a platform consists of. Main thread; needs a QCoreApplication and is
+/// destroyed before it, after everything that was built from the platform.
+class PlatformOwner {
+ public:
+  virtual ~PlatformOwner() = default;
+
+  virtual const Platform& platform() const = 0;
+  /// Ends the helper link: what was sent is still written out, then the delivery thread runs dry
+  /// and ends. After it nothing may be sent, and what was built from the platform may go.
+  virtual void endLink() = 0;
+};
+
+/// Why there is no platform, in one line without the program's name.
+struct StartError {
+  std::string message;
+};
+
+/// Fills the platform for this operating system. Each system has its own definition, in a folder of
+/// its own; the build picks one.
+std::variant<std::unique_ptr<PlatformOwner>, StartError> makePlatform(const Options& options);
+
+/// What `--list-machines` prints, line by line.
+std::vector<std::string> listedMachines();
+
+}  // namespace pallimo::app

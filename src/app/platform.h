@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 The Pallimo authors
+
+#pragma once
+
+#include "base/notification_centre.h"
+#include "ports/bundle.h"
+#include "ports/clock.h"
+#include "ports/console.h"
+#include "ports/helper_connection.h"
+#include "ports/helper_installer.h"
+#include "ports/main_queue.h"
+#include "ports/property_list_reader.h"
+#include "ports/system_controls.h"
+#include "ports/system_log.h"
+#include "ports/user_defaults.h"
+
+namespace pallimo::app {
+
+/// The set of ports that the app stands on, and the notices that its parts send one another. Filled
+/// once, by whoever picks the adapters; the owner of the parts outlives everything that is built
+/// from it. References only, so it may be copied.
+struct Platform {
+  ports::MainQueue& mainQueue;
+  base::NotificationCentre& notifications;
+  ports::UserDefaults& defaults;
+  const ports::PropertyListReader& propertyLists;
+  const ports::SystemControls& systemControls;
+  ports::HelperConnector& helperConnector;
+  ports::HelperInstaller& helperInstaller;
+  ports::Bundle& bundle;
+  const ports::Clock& clock;
+  ports::Console& console;
+  ports::SystemLog& systemLog;
+};
+
+}  // namespace pallimo::app

@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 The Pallimo authors
+
+#include "app/shared_general_model.h"
+
+#include <memory>
+#include <optional>
+
+#include "base/fatal.h"
+#include "base/mutex.h"
+
+namespace pallimo::app {
+
+namespace {
+
+struct Shared {
+  explicit Shared(const Platform& filled) : platform(filled) {}
+
+  const Platform platform;
+  base::Mutex mutex;
+  std::unique_ptr<GeneralModel> model PALLIMO_GUARDED_BY(mutex);
+};
+
+std::optional<Shared> shared;
+
+}  // namespace
+
+SharedGeneralModel::SharedGeneralModel(const Platform& platform) { shared.emplace(platform); }
+
+SharedGeneralModel::~SharedGeneralModel() { shared.reset(); }
+
+GeneralModel& SharedGeneralModel::get() {
+  if (!shared) base::fatal("The general model was asked for before there was a platform.");
+  // Held while the model is created, unlike other locks: that is what makes it one. Creating it
+  // calls nobody who comes back here.
+  base::MutexLock lock(shared->mutex);
+  if (!shared->model) shared->model = std::make_unique<GeneralModel>(shared->platform);
+  return *shared->model;
+}
+
+}  // namespace pallimo::app

@@ -1,0 +1,111 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 The Pallimo authors
+
+#pragma once
+
+#include <gtest/gtest.h>
+#include <stdlib.h>
+
+#include <filesystem>
+#include <fstream>
+#include <memory>
+#include <optional>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "end_to_end/app_process.h"
+#include "scenarios/sample_document.h"
+
+namespace pallimo::end_to_end {
+
+namespace fs = std::filesystem;
+using scenarios::SampleDocument;
+
+/// Real programs in a folder of their own under /tmp; when a test ends, no process of it is left.
+class AppTest : public testing::Test {
+ protected:
+  using Texts = AppProcess::Texts;
+
+  AppTest() {
+    char pattern[] = "/tmp/pallimo-XXXXXX";
+    root_ = mkdtemp(pattern);
+  }
+  ~AppTest() override {
+    for (const char* state : {"state", "other"}) {
+      for (const WatchedProcess& helper : helpersOf(state)) helper.send(SIGKILL);
+    }
+    fs::remove_all(root_);
+  }
+
+  fs::path stateFolder(const std::string& state = "state") const { return root_ / state; }
+  fs::path helperPath(const std::string& state = "state") const {
+    return stateFolder(state) / "PrivilegedHelperTools/com.ostrovane.powermetrics";
+  }
+  std::vector<WatchedProcess> helpersOf(const std::string& state = "state") const {
+    return processesOf(helperPath(state));
+  }
+
+  /// Starts the app without a window in a state folder of the test.
+  std::unique_ptr<AppProcess> startHeadless(Texts arguments, const std::string& state = "state",
+                                            const Texts& environment = {}) const {
+    arguments.insert(arguments.begin(), {"--headless", "--state-dir", stateFolder(state)});
+    return std::make_unique<AppProcess>(arguments, root_ / (state + ".err"), environment);
+  }
+  /// Starts the app with exactly these arguments.
+  std::unique_ptr<AppProcess> start(const Texts& arguments, const Texts& environment = {}) const {
+    return std::make_unique<AppProcess>(arguments, root_ / "err", environment);
+  }
+
+  /// Writes a recording of a Mac with Apple silicon (or another processor) whose steps print these
+  /// documents, or nothing where one is absent. Returns its folder.
+  std::string recording(const std::vector<std::optional<SampleDocument>>& steps,
+                        long cpuType = 0x0100000C, const std::string& name = "recording") const {
+    const fs::path folder = root_ / name;
+    fs::create_directory(folder);
+    std::ostringstream json;
+    json << R"({"format": 1, "name": "Test Mac", "sysctl": {"hw.cputype": )" << cpuType
+         << R"(}, "steps": [)";
+    for (std::size_t step = 0; step < steps.size(); ++step) {
+      if (step > 0) json << ", ";
+      if (!steps[step]) {
+        json << R"({"powermetrics": null})";
+        continue;
+      }
+      const std::string file = std::to_string(step + 1) + ".plist";
+      std::ofstream(folder / file) << scenarios::xmlOf(*steps[step]);
+      json << R"({"powermetrics": ")" << file << R"("})";
+    }
+    json << "]}";
+    std::ofstream(folder / "machine.json") << json.str();
+    return folder;
+  }
+
+  /// A sample whose package draws this many milliwatts.
+  static SampleDocument drawing(int milliwatts) {
+    SampleDocument sample;
+    sample.combinedPower = milliwatts;
+    return sample;
+  }
+
+  /// The columns of a line of the log.
+  static Texts columnsOf(const std::string& line) {
+    Texts columns;
+    std::size_t begin = 0;
+    for (std::size_t end = 0; (end = line.find(", ", begin)) != std::string::npos;
+         begin = end + 2) {
+      columns.push_back(line.substr(begin, end - begin));
+    }
+    columns.push_back(line.substr(begin));
+    return columns;
+  }
+  /// Everything but the times.
+  static std::string figuresOf(const std::string& line) {
+    const std::size_t afterClock = line.find(", ");
+    return line.substr(line.find(", ", afterClock + 2) + 2);
+  }
+
+  fs::path root_;
+};
+
+}  // namespace pallimo::end_to_end

@@ -1,0 +1,177 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 The Pallimo authors
+
+#include "scenarios/whole_program.h"
+
+#include <thread>
+
+namespace pallimo::scenarios {
+namespace {
+
+using HeadlessEnd = WholeProgram;
+
+TEST_F(HeadlessEnd, WithoutACountTheRunGoesOn) {
+  startWithUsableHelper();
+  for (int sample = 0; sample < 100; ++sample) {
+    helperSends();
+    queue().advance(1s);
+  }
+  EXPECT_EQ(ending(), "running");
+}
+
+TEST_F(HeadlessEnd, AfterNSamplesWithStatus0AndExactlyNRows) {
+  settings_.samples = 2;
+  startWithUsableHelper();
+  helperSends();
+  EXPECT_EQ(ending(), "running");
+  for (int more = 0; more < 3; ++more) helper().sendResult(bytesOf(SampleDocument{}));
+  queue().run();
+  EXPECT_EQ(ending(), "0");
+  EXPECT_EQ(output_.takeLines().size(), 3u);  // one of them the header
+}
+
+TEST_F(HeadlessEnd, AClosedOutputIsStatus0) {
+  startWithUsableHelper();
+  output_.state = app::SampleOutput::State::closed;
+  helperSends();
+  EXPECT_EQ(ending(), "0");
+}
+
+TEST_F(HeadlessEnd, AnOutputThatCannotBeWrittenIsStatus1) {
+  startWithUsableHelper();
+  output_.state = app::SampleOutput::State::failed;
+  helperSends();
+  EXPECT_EQ(ending(), "1: can't write to standard output: No space left on device");
+}
+
+TEST_F(HeadlessEnd, AnInterruptionByTheUserIsStatus0AndPrintsTheRowsThatWereTaken) {
+  startWithUsableHelper();
+  helper().sendResult(bytesOf(SampleDocument{}));
+  run_->interrupt();
+  helper().sendResult(bytesOf(SampleDocument{}));
+  queue().run();
+  EXPECT_EQ(ending(), "0");
+  EXPECT_EQ(output_.takeLines().size(), 2u);  // the header and the row before
+}
+
+TEST_F(HeadlessEnd, AnInterruptionBeforeTheHelperAnswersIsStatus0) {
+  start();
+  run_->interrupt();
+  queue().run();
+  EXPECT_EQ(ending(), "0");
+}
+
+TEST_F(HeadlessEnd, AHelperThatIsSilentForFiveSecondsIsStatus3) {
+  start();
+  queue().advance(4999ms);
+  EXPECT_EQ(ending(), "running");
+  queue().advance(1ms);
+  EXPECT_EQ(ending(),
+            "3: the helper is absent or does not answer; run with --install-helper to install it");
+}
+
+TEST_F(HeadlessEnd, AnAbsentHelperIsStatus3) {
+  start();
+  helper().fireInvalidation();
+  queue().advance(5s);
+  EXPECT_EQ(ending(),
+            "3: the helper is absent or does not answer; run with --install-helper to install it");
+}
+
+TEST_F(HeadlessEnd, ALinkThatCannotBeMadeIsStatus3) {
+  platform_.helperConnector.setConnects(false);
+  start();
+  queue().advance(5s);
+  EXPECT_EQ(ending(),
+            "3: the helper is absent or does not answer; run with --install-helper to install it");
+}
+
+TEST_F(HeadlessEnd, AHelperThatAnswersNoIsStatus3) {
+  start();
+  helper().replyIsResponding(false);
+  queue().advance(5s);
+  EXPECT_EQ(ending(),
+            "3: the helper is absent or does not answer; run with --install-helper to install it");
+}
+
+TEST_F(HeadlessEnd, AHelperThatAnswersInTimeIsNotWaitedForAgain) {
+  start();
+  queue().advance(4999ms);
+  helperAnswers();
+  queue().advance(60s);
+  EXPECT_EQ(ending(), "running");
+}
+
+TEST_F(HeadlessEnd, TheWaitingLimitIsRealTimeInAFasterRun) {
+  settings_.speed = 20;
+  start();
+  queue().advance(99'999ms);
+  EXPECT_EQ(ending(), "running");
+  queue().advance(1ms);
+  EXPECT_EQ(ending().substr(0, 1), "3");
+}
+
+TEST_F(HeadlessEnd, AnotherProcessorIsStatus3AtOnceAndNoHelperIsContacted) {
+  platform_.setCpuType(7);
+  settings_.installHelper = true;
+  start();
+  EXPECT_EQ(ending(), "3: this app is only for Apple silicon; it does not work on this processor");
+  EXPECT_EQ(platform_.helperConnector.count(), 0u);
+}
+
+TEST_F(HeadlessEnd, AHelperThatIsOutOfDateIsStatus4) {
+  start();
+  helperAnswers("0.9");
+  EXPECT_EQ(ending(), "4: the helper is out of date; run with --install-helper to update it");
+}
+
+TEST_F(HeadlessEnd, AHelperThatIsLostWhileSamplingIsStatus6) {
+  startWithUsableHelper();
+  helperSends();
+  helperDies();
+  EXPECT_EQ(
+      ending(),
+      "6: the helper was lost while sampling; start again, or run with --install-helper to go on");
+}
+
+TEST_F(HeadlessEnd, AHelperThatIsLostBeforeTheFirstSampleIsLostToo) {
+  startWithUsableHelper();
+  helperDies();
+  EXPECT_EQ(ending().substr(0, 1), "6");
+}
+
+TEST_F(HeadlessEnd, AHelperThatDiesBeforeItWasUsableIsWaitedFor) {
+  start();
+  helperDies();
+  EXPECT_EQ(ending(), "running");
+  queue().advance(5s);
+  EXPECT_EQ(ending().substr(0, 1), "3");
+}
+
+TEST_F(HeadlessEnd, AHelperThatCameAndWentBeforeAnybodyLookedIsStatus3WhenTheLimitIsOver) {
+  start();
+  helper().replyIsResponding(true);
+  helper().replyVersion("1.0");
+  helper().interrupt();
+  queue().run();
+  EXPECT_EQ(ending(), "running");
+  queue().advance(5s);
+  EXPECT_EQ(ending().substr(0, 1), "3");
+}
+
+TEST_F(HeadlessEnd, NothingIsPrintedOrPressedAfterTheEnd) {
+  settings_.samples = 1;
+  settings_.installHelper = true;
+  startWithUsableHelper();
+  helperSends();
+  EXPECT_EQ(output_.takeLines().size(), 2u);
+  helperSends();
+  helperDies();
+  queue().advance(60s);
+  EXPECT_EQ(ending(), "0");
+  EXPECT_EQ(output_.takeLines(), Lines{});
+  EXPECT_EQ(presses(), 0u);
+}
+
+}  // namespace
+}  // namespace pallimo::scenarios

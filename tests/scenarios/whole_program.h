@@ -1,0 +1,106 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 The Pallimo authors
+
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdlib>
+#include <ctime>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "app/general_model.h"
+#include "app/headless_run.h"
+#include "fakes/fake_platform.h"
+#include "fakes/recording_output.h"
+#include "scenarios/sample_document.h"
+
+namespace pallimo::scenarios {
+
+using namespace std::chrono_literals;
+
+/// The whole program without Qt and without a helper: the test is the helper, the user and the
+/// clock. Times are those of a queue that runs at the speed of the settings.
+class WholeProgram : public testing::Test {
+ protected:
+  using Lines = std::vector<std::string>;
+
+  WholeProgram() {
+    setenv("TZ", "UTC", 1);
+    tzset();
+    platform_.clock.set(std::chrono::system_clock::time_point(1772715753123ms));
+    settings_.format = app::OutputFormat::csv;
+  }
+  ~WholeProgram() override { queue().run(); }
+
+  fakes::ManualMainQueue& queue() { return platform_.mainQueue; }
+  app::GeneralModel& general() { return *general_; }
+  fakes::FakeHelperConnection& helper() { return *platform_.helperConnector.latest(); }
+
+  /// The program starts; the helper has not answered yet.
+  void start() {
+    general_.emplace(platform_.platform());
+    run_ = app::HeadlessRun::create({queue(), platform_.notifications, *general_, output_},
+                                    settings_, [this](app::RunEnd end) { ends_.push_back(end); });
+    run_->start();
+    queue().run();
+  }
+
+  void helperAnswers(const std::string& version = "1.0") {
+    helper().replyIsResponding(true);
+    helper().replyVersion(version);
+    queue().run();
+  }
+
+  void startWithUsableHelper() {
+    start();
+    helperAnswers();
+  }
+
+  void helperSends(const SampleDocument& sample = {}) {
+    helper().sendResult(bytesOf(sample));
+    queue().run();
+  }
+
+  void helperDies() {
+    helper().interrupt();
+    queue().run();
+  }
+
+  /// The messages that reached the helper since the last call, without the calls around them.
+  Lines messagesSent() {
+    Lines messages;
+    for (const std::string& entry : platform_.helperConnector.journal().take()) {
+      if (entry.rfind("-> ", 0) == 0) messages.push_back(entry.substr(3));
+    }
+    return messages;
+  }
+
+  /// How often the install button was pressed.
+  std::size_t presses() const {
+    const Lines lines = platform_.console.lines();
+    return static_cast<std::size_t>(std::count(lines.begin(), lines.end(), "INSTALL HELPER"));
+  }
+
+  /// The status and line of a run that has ended, "running" otherwise.
+  std::string ending() const {
+    if (ends_.empty()) return "running";
+    if (ends_.size() > 1) return "ended more than once";
+    const app::RunEnd& end = ends_.front();
+    return std::to_string(end.status) + (end.message.empty() ? "" : ": " + end.message);
+  }
+
+  fakes::FakePlatform platform_;
+  fakes::RecordingOutput output_;
+  app::HeadlessRun::Settings settings_;
+  std::optional<app::GeneralModel> general_;
+  std::shared_ptr<app::HeadlessRun> run_;
+  std::vector<app::RunEnd> ends_;
+};
+
+}  // namespace pallimo::scenarios

@@ -1,0 +1,109 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 The Pallimo authors
+
+#include "app/general_model.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "fakes/fake_platform.h"
+
+namespace pallimo::app {
+namespace {
+
+class GeneralModelTest : public testing::Test {
+ protected:
+  ~GeneralModelTest() override { platform_.mainQueue.run(); }
+
+  fakes::FakePlatform platform_;
+};
+
+TEST_F(GeneralModelTest, OwnsEveryModel) {
+  const GeneralModel general(platform_.platform());
+  EXPECT_NE(general.modelPowerMetrics(), nullptr);
+  EXPECT_NE(general.xpcmanager(), nullptr);
+  EXPECT_NE(general.modelPower(), nullptr);
+  EXPECT_NE(general.modelFrequency(), nullptr);
+  EXPECT_NE(general.sampleRows(), nullptr);
+}
+
+TEST_F(GeneralModelTest, NothingSamplesAndNobodyIsAskedByCreatingIt) {
+  const GeneralModel general(platform_.platform());
+  platform_.mainQueue.advance(std::chrono::seconds(10));
+  EXPECT_EQ(platform_.helperConnector.count(), 0u);
+  EXPECT_EQ(platform_.mainQueue.liveTimers(), 0u);
+}
+
+TEST_F(GeneralModelTest, TheManagerStartsAndStopsTheEngine) {
+  const GeneralModel general(platform_.platform());
+  EXPECT_EQ(general.xpcmanager()->powerMetricsModelDelegate(), general.modelPowerMetrics());
+}
+
+TEST_F(GeneralModelTest, TheEngineAsksTheManagersGate) {
+  const GeneralModel general(platform_.platform());
+  general.modelPowerMetrics()->setAuthorized(true);
+  platform_.mainQueue.run();
+  EXPECT_EQ(platform_.helperConnector.count(), 0u);  // the gate is closed
+  platform_.notifications.post(base::notification::kXPCDidInstall);
+  platform_.mainQueue.advance(std::chrono::seconds(1));
+  EXPECT_EQ(platform_.helperConnector.count(), 1u);
+}
+
+TEST_F(GeneralModelTest, ASampleReachesPowerAndFrequencyBeforeTheRowIsTaken) {
+  const GeneralModel general(platform_.platform());
+  platform_.notifications.post(base::notification::kXPCDidInstall);
+  std::vector<std::size_t> lengths;
+  general.sampleRows()->addReceiver([&](const logging::LogRow&) {
+    lengths = {general.modelPower()->snapshot()->historicPKG.length,
+               general.modelFrequency()->snapshot()->historicECore.length};
+  });
+  general.modelPowerMetrics()->handleResult(base::Bytes{});
+  EXPECT_EQ(lengths, (std::vector<std::size_t>{1, 1}));
+}
+
+TEST_F(GeneralModelTest, The64BitArmTypeIsAppleSilicon) {
+  platform_.setCpuType(0x0100000C);
+  EXPECT_EQ(GeneralModel(platform_.platform()).processor(), helper_link::Processor::appleSilicon);
+}
+
+TEST_F(GeneralModelTest, AnotherProcessorIsNot) {
+  platform_.setCpuType(7);
+  EXPECT_EQ(GeneralModel(platform_.platform()).processor(), helper_link::Processor::other);
+}
+
+TEST_F(GeneralModelTest, TerminatingClosesTheHelper) {
+  GeneralModel general(platform_.platform());
+  general.applicationWillTerminate();
+  EXPECT_EQ(platform_.helperConnector.journal().take().back(), "-> closeHelper");
+}
+
+TEST_F(GeneralModelTest, AHelperThatEndsBecauseItWasClosedIsNotReportedAsLost) {
+  GeneralModel general(platform_.platform());
+  general.applicationWillTerminate();
+  platform_.helperConnector.latest()->interrupt();
+  EXPECT_EQ(platform_.systemLog.lines(), std::vector<std::string>{});
+}
+
+TEST_F(GeneralModelTest, NoModelKeepsAnotherAlive) {
+  auto general = std::make_unique<GeneralModel>(platform_.platform());
+  const std::weak_ptr<sampling::SGPowerMetrics> engine = general->modelPowerMetrics();
+  const std::weak_ptr<helper_link::XPCManager> manager = general->xpcmanager();
+  const std::weak_ptr<modules::ModuleModelPower> power = general->modelPower();
+  const std::weak_ptr<logging::SampleRows> rows = general->sampleRows();
+  general.reset();
+  EXPECT_TRUE(engine.expired());
+  EXPECT_TRUE(manager.expired());
+  EXPECT_TRUE(power.expired());
+  EXPECT_TRUE(rows.expired());
+}
+
+TEST_F(GeneralModelTest, TheManagersEndShowsOnTheConsole) {
+  { const GeneralModel general(platform_.platform()); }
+  EXPECT_EQ(platform_.console.lines(), std::vector<std::string>{"DEINIT XPCManager"});
+}
+
+}  // namespace
+}  // namespace pallimo::app
