@@ -7,7 +7,7 @@
 build_packages_debian="g++ cmake ninja-build pkg-config qt6-base-dev libplist-dev libdbus-1-dev
   nlohmann-json3-dev"
 test_packages_debian="libgtest-dev locales"
-check_packages_debian="clang-16 libc++-16-dev libc++abi-16-dev libclang-rt-16-dev lld-16 llvm-16
+check_packages_debian="git clang-16 libc++-16-dev libc++abi-16-dev libclang-rt-16-dev lld-16 llvm-16
   clang-format-16 clang-tidy-16 googletest libbenchmark-dev"
 
 build_packages_brew="cmake ninja pkg-config qt libplist nlohmann-json"
@@ -16,33 +16,41 @@ check_packages_brew="llvm@16 clang-format google-benchmark"
 
 say() { printf '%s\n' "$*" >&2; }
 
-as_root() {
-  if [ "$(id -u)" -eq 0 ]; then
-    "$@"
-  elif command -v sudo >/dev/null 2>&1; then
-    sudo "$@"
-  else
-    say "Installing packages needs root, and there is no sudo. As root, run: $*"
-    return 1
+# How to become root, in $root_prefix; status 1 and one line when there is no way. The
+# arguments are what the user would have to run.
+find_root() {
+  root_prefix=""
+  [ "$(id -u)" -ne 0 ] || return 0
+  if command -v sudo >/dev/null 2>&1; then
+    root_prefix=sudo
+    return 0
   fi
+  say "Installing packages needs root, and there is no sudo. As root, run:"
+  say "  $*"
+  return 1
 }
 
 apt_install() {
-  as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "$@" >&2
+  # shellcheck disable=SC2086
+  $root_prefix env DEBIAN_FRONTEND=noninteractive \
+    apt-get install -y -qq --no-install-recommends "$@" >&2
 }
 
 # install_debian PACKAGE...: installs those that are missing.
 install_debian() {
   local package missing=""
   for package in "$@"; do
-    case "$(dpkg-query -W -f='${db:Status-Status}' "$package" 2>/dev/null)" in
-      installed) ;;
+    # A package of two architectures prints its state twice.
+    case "$(dpkg-query -W -f='${db:Status-Status}\n' "$package" 2>/dev/null)" in
+      installed*) ;;
       *) missing="$missing $package" ;;
     esac
   done
   [ -n "$missing" ] || return 0
   say "Installing:$missing"
-  as_root apt-get update -qq >&2 || say "apt-get update failed; trying with the lists at hand."
+  find_root "apt-get install -y --no-install-recommends$missing" || return 1
+  # shellcheck disable=SC2086
+  $root_prefix apt-get update -qq >&2 || say "apt-get update failed; trying with the lists at hand."
   # shellcheck disable=SC2086
   apt_install $missing && return 0
   # One by one, to be able to name the one that can't be had.

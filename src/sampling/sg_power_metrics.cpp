@@ -56,11 +56,22 @@ void SGPowerMetrics::setFanout(Fanout fanout) {
   fanout_ = std::move(fanout);
 }
 
+SGPowerMetrics::Settings SGPowerMetrics::storedSettings() const {
+  return {services_.defaults.boolForKey("gpuFrequency"),
+          periodFor(services_.defaults.doubleForKey("samplingResolution"))};
+}
+
 void SGPowerMetrics::readSettings() {
-  includeGPU_ = services_.defaults.boolForKey("gpuFrequency");
-  const double period = periodFor(services_.defaults.doubleForKey("samplingResolution"));
-  if (msSampling_.exchange(period) == period) return;
-  postOnMainQueue(base::notification::kClearData);
+  // Looked at again afterwards: a change on another thread may have come between the look and the
+  // store, and the older value would stand until the next change.
+  for (Settings settings = storedSettings();;) {
+    includeGPU_ = settings.includeGPU;
+    const bool isNewPeriod = msSampling_.exchange(settings.msSampling) != settings.msSampling;
+    if (isNewPeriod) postOnMainQueue(base::notification::kClearData);
+    const Settings now = storedSettings();
+    if (now == settings) return;
+    settings = now;
+  }
 }
 
 void SGPowerMetrics::postOnMainQueue(std::string_view notice) {

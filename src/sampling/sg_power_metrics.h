@@ -85,6 +85,13 @@ class SGPowerMetrics final : public helper_link::PowerMetricsModelDelegate,
  private:
   explicit SGPowerMetrics(const Services& services);
 
+  struct Settings {
+    bool includeGPU = false;
+    double msSampling = 0;
+    bool operator==(const Settings&) const = default;
+  };
+
+  Settings storedSettings() const;
   void readSettings();
   void startTimer();
   void requestSample();
