@@ -18,9 +18,10 @@ namespace pallimo::adapters::libplist {
 
 namespace {
 
-using Parse = void (*)(const char*, std::uint32_t, plist_t*);
-
+/// `parse` is one of libplist's two readers, whose result type differs between its versions.
+template <typename Parse>
 std::optional<base::PropertyList> parsed(Parse parse, std::string_view document) {
+  if (document.size() > std::numeric_limits<std::uint32_t>::max()) return std::nullopt;
   // libplist takes a node that is there already for the document's first: it must be null.
   plist_t root = nullptr;
   parse(document.data(), static_cast<std::uint32_t>(document.size()), &root);
@@ -31,7 +32,6 @@ std::optional<base::PropertyList> parsed(Parse parse, std::string_view document)
 }  // namespace
 
 std::optional<base::PropertyList> LibplistReader::read(std::span<const std::uint8_t> bytes) const {
-  if (bytes.size() > std::numeric_limits<std::uint32_t>::max()) return std::nullopt;
   const base::CLocaleScope cLocale;
   const std::string_view text(reinterpret_cast<const char*>(bytes.data()), bytes.size());
   // By name: plist_from_memory() of newer versions guesses further formats.

@@ -7,11 +7,16 @@
 #include <cstddef>
 #include <vector>
 
+#include "adapters/libplist/xml_number.h"
+
 namespace pallimo::adapters::libplist {
 
 namespace {
 
 constexpr std::size_t kMaxNesting = 1'000;
+/// A document of 16 MiB could hold two million empty elements, at a hundred bytes of tree each.
+/// Real ones have a few thousand.
+constexpr std::size_t kMaxElements = 1'000'000;
 constexpr std::size_t kEnd = std::string_view::npos;
 constexpr std::string_view kCommentOpen = "<!--";
 constexpr std::string_view kCommentClose = "-->";
@@ -142,8 +147,26 @@ class Scanner {
     if (name.ends_with('/')) name.remove_suffix(1);
     if (name.empty()) return false;
     if (closes) return !isEmpty && close(elementOf(name));
-    if (!open(elementOf(name), isEmpty)) return false;
+    if (++elements_ > kMaxElements || !open(elementOf(name), isEmpty)) return false;
+    const bool isInteger = name == "integer";
+    if ((isInteger || name == "real") && (isEmpty || !takeNumber(isInteger))) return false;
     if (!isEmpty && open_.back() == Element::text) skipPlainText(name);
+    return true;
+  }
+
+  /// Judges the text of a number, which ends at its end tag and nowhere before.
+  bool takeNumber(bool isInteger) {
+    const std::size_t mark = bytes_.find("</", at_);
+    if (mark == kEnd) return false;
+    const std::string_view text = bytes_.substr(at_, mark - at_);
+    if (!isInteger) return isReal(text);
+    const auto judged = judgeInteger(text);
+    if (!judged) return false;
+    const std::size_t sign = at_ + judged->skippedBeforeSign;
+    if (sign > at_) cuts_.push_back({at_, sign, false});
+    if (judged->skippedAfterSign > 0) {
+      cuts_.push_back({sign + 1, sign + 1 + judged->skippedAfterSign, false});
+    }
     return true;
   }
 
@@ -224,7 +247,8 @@ class Scanner {
   std::size_t at_ = 0;
   std::vector<Element> open_;
   std::size_t nesting_ = 0;  ///< how many containers are open
-  bool hasValue_ = false;    ///< of the outermost <plist>
+  std::size_t elements_ = 0;
+  bool hasValue_ = false;  ///< of the outermost <plist>
   std::vector<Cut> cuts_;
 };
 

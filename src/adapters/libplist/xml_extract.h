@@ -13,7 +13,8 @@ namespace pallimo::adapters::libplist {
 /// `bytes`, or of `scratch` when the document had to be rewritten. Any thread.
 ///
 /// Nothing when there is no complete document, when a NUL stands in it, when its `<plist>` holds
-/// two values, when it is nested 1,000 containers (`<dict>`, `<array>`) deep or deeper, and when
+/// two values, when it is nested 1,000 containers (`<dict>`, `<array>`) deep or deeper or has more
+/// than a million elements, when the text of an `<integer>` or `<real>` is no such number, and when
 /// libplist might read its markup in another way than this function does.
 ///
 /// libplist builds and frees trees by recursion, so the depth has to be known before it begins; and
