@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 The Pallimo authors
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <QCoreApplication>
 #include <clocale>
 #include <csignal>
@@ -58,13 +61,25 @@ RunEnd runApp(const Options& options) {
   const auto made = makePlatform(options);
   if (const auto* error = std::get_if<StartError>(&made)) return {kUsageStatus, error->message};
   PlatformOwner& owner = *std::get<std::unique_ptr<PlatformOwner>>(made);
-  const SharedGeneralModel shared(owner.platform());
+  // Never released: the models live as long as the process.
+  [[maybe_unused]] const auto* shared = new SharedGeneralModel(owner.platform());
   RunEnd end = runHeadless(owner.platform(), options);
   owner.endLink();
   return end;
 }
 
+/// Descriptors 0 to 2 that nobody opened would be handed to sockets and files, and lines would be
+/// written into those. What is opened in their place can't be written to.
+void fillStandardDescriptors() {
+  int descriptor = 0;
+  do {
+    descriptor = open("/dev/null", O_RDONLY);
+  } while (descriptor >= 0 && descriptor <= STDERR_FILENO);
+  if (descriptor > STDERR_FILENO) close(descriptor);
+}
+
 int main(int argumentCount, char* arguments[]) {
+  fillStandardDescriptors();
   // A reader that is gone shows in the result of a write.
   std::signal(SIGPIPE, SIG_IGN);
   const auto parsed = parseCommandLine({arguments + 1, arguments + argumentCount});

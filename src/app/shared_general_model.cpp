@@ -21,21 +21,26 @@ struct Shared {
   std::unique_ptr<GeneralModel> model PALLIMO_GUARDED_BY(mutex);
 };
 
-std::optional<Shared> shared;
+// Never destroyed at exit: what the models refer to is gone by then.
+std::optional<Shared>& shared() {
+  static auto* const instance = new std::optional<Shared>;
+  return *instance;
+}
 
 }  // namespace
 
-SharedGeneralModel::SharedGeneralModel(const Platform& platform) { shared.emplace(platform); }
+SharedGeneralModel::SharedGeneralModel(const Platform& platform) { shared().emplace(platform); }
 
-SharedGeneralModel::~SharedGeneralModel() { shared.reset(); }
+SharedGeneralModel::~SharedGeneralModel() { shared().reset(); }
 
 GeneralModel& SharedGeneralModel::get() {
-  if (!shared) base::fatal("The general model was asked for before there was a platform.");
+  if (!shared()) base::fatal("The general model was asked for before there was a platform.");
   // Held while the model is created, unlike other locks: that is what makes it one. Creating it
   // calls nobody who comes back here.
-  base::MutexLock lock(shared->mutex);
-  if (!shared->model) shared->model = std::make_unique<GeneralModel>(shared->platform);
-  return *shared->model;
+  base::MutexLock lock(shared()->mutex);
+  std::unique_ptr<GeneralModel>& model = shared()->model;
+  if (!model) model = std::make_unique<GeneralModel>(shared()->platform);
+  return *model;
 }
 
 }  // namespace pallimo::app

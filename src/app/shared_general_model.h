@@ -11,9 +11,9 @@ namespace pallimo::app {
 /// The process's one GeneralModel, created on the first access and only then. For `app/` alone:
 /// everything else is handed what it needs.
 ///
-/// The platform's parts and the model end with main(), so main() holds one of these from when the
-/// platform stands to its own end. One at a time; a process that accesses the model without one
-/// stops.
+/// main() makes one of these when the platform stands and never destroys it: the models live as
+/// long as the process. Tests do, to begin anew. One at a time; a process that accesses the model
+/// without one stops.
 class SharedGeneralModel {
  public:
   explicit SharedGeneralModel(const Platform& platform);

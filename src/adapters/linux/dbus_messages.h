@@ -17,7 +17,7 @@ namespace pallimo::adapters::linux {
 // Any thread; a message belongs to whoever holds it until it is sent.
 //
 //   com.ostrovane.powermetrics.Helper1          com.ostrovane.powermetrics.Client1
-//     IsResponding() -> b                         PowermetricsResult(b isPresent, ay document)
+//     IsResponding() -> b                         PowermetricsResult(b hasDocument, ay document)
 //     UnInstallHelper()
 //     GetVersion() -> s
 //     RequestPowermetrics(d msSampling, b includeGPU)

@@ -90,6 +90,13 @@ class Start {
     if (auto problem = prepareStateFolder(folder)) return StartError{*std::move(problem)};
     std::string problem = simulated::writeSimulation(folder.simulationFile(), simulation_);
     if (!problem.empty()) return StartError{std::move(problem)};
+    // A path that is no UTF-8 can't be written down, and the stand-in would look elsewhere.
+    const auto written = simulated::readSimulation(folder.simulationFile());
+    const auto* readBack = std::get_if<simulated::Simulation>(&written);
+    if (readBack == nullptr || readBack->recording != simulation_.recording) {
+      return StartError{"the recording's path can't be written down, it is not UTF-8: \"" +
+                        simulation_.recording + "\""};
+    }
     return std::nullopt;
   }
 

@@ -80,6 +80,13 @@ TEST_F(GeneralModelTest, TerminatingClosesTheHelper) {
   EXPECT_EQ(platform_.helperConnector.journal().take().back(), "-> closeHelper");
 }
 
+TEST_F(GeneralModelTest, OnAnotherProcessorTerminatingContactsNoHelper) {
+  platform_.setCpuType(7);
+  GeneralModel general(platform_.platform());
+  general.applicationWillTerminate();
+  EXPECT_EQ(platform_.helperConnector.count(), 0u);
+}
+
 TEST_F(GeneralModelTest, AHelperThatEndsBecauseItWasClosedIsNotReportedAsLost) {
   GeneralModel general(platform_.platform());
   general.applicationWillTerminate();

@@ -50,6 +50,25 @@ TEST(SGPowerMetricsResults, TheViewsAreToldFromTheMainQueueOnce) {
   EXPECT_EQ(f.steps, Names{"UpdateView"});
 }
 
+/// A log that looks at what is queued when its turn comes.
+struct QueueWatcher final : RowLog {
+  explicit QueueWatcher(const fakes::ManualMainQueue& watched) : queue(watched) {}
+  void appendRow() override { seen = queue.queuedTasks(); }
+
+  const fakes::ManualMainQueue& queue;
+  std::size_t seen = 99;
+};
+
+TEST(SGPowerMetricsResults, TheRefreshIsQueuedAfterTheRow) {
+  EngineFixture f;
+  f.create();
+  const auto log = std::make_shared<QueueWatcher>(f.mainQueue);
+  f.engine->setFanout({f.power, {}, {}, {}, log});
+  f.engine->handleResult(f.documentWithCPUEnergy(1));
+  EXPECT_EQ(log->seen, 0u);
+  EXPECT_EQ(f.mainQueue.queuedTasks(), 1u);
+}
+
 TEST(SGPowerMetricsResults, TheModulesReadTheNewSample) {
   EngineFixture f;
   f.create();

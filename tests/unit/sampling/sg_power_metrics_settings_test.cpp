@@ -159,6 +159,17 @@ TEST(SGPowerMetricsSettings, TheNextRequestCarriesTheNewGPUSetting) {
   EXPECT_EQ(f.gate->requests(), (std::vector<Request>{{false, 500}, {true, 500}}));
 }
 
+TEST(SGPowerMetricsSettings, TheGPUSettingCanBeSwitchedOffAndTakenAway) {
+  EngineFixture f;
+  f.create();
+  f.defaults.setBool("gpuFrequency", true);
+  f.defaults.setBool("gpuFrequency", false);
+  EXPECT_FALSE(f.engine->includeGPU());
+  f.defaults.setBool("gpuFrequency", true);
+  f.defaults.remove("gpuFrequency");
+  EXPECT_FALSE(f.engine->includeGPU());
+}
+
 TEST(SGPowerMetricsSettings, TheNextRequestCarriesTheNewPeriodAndTheTimerKeepsItsPace) {
   EngineFixture f;
   f.start();
