@@ -17,7 +17,8 @@ namespace pallimo::base {
 class SerialThread final : public Executor {
  public:
   SerialThread();
-  /// Runs what is queued at this moment, then joins. Tasks posted meanwhile are dropped unrun.
+  /// Runs what is queued at this moment, then joins. What those tasks post is dropped unrun; other
+  /// threads must have posted their last before.
   ~SerialThread() override;
   SerialThread(const SerialThread&) = delete;
   SerialThread& operator=(const SerialThread&) = delete;

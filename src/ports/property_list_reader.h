@@ -16,7 +16,8 @@ class PropertyListReader {
  public:
   virtual ~PropertyListReader() = default;
 
-  /// The first document in `bytes`, or nothing when there is none; bytes after it are ignored.
+  /// The first document in `bytes`, or nothing when there is none; bytes after it are ignored
+  /// (a binary document is found from its end, so with bytes after it it is none).
   /// Numbers are read in the C locale whatever the process's is. A document nested 1,000 levels
   /// deep or deeper is refused.
   virtual std::optional<base::PropertyList> read(std::span<const std::uint8_t> bytes) const = 0;

@@ -13,13 +13,14 @@
 #include <system_error>
 #include <utility>
 
+#include "helper_link/protocol/xpc_protocol.h"
+
 namespace pallimo::adapters::linux {
 
 namespace {
 
 constexpr mode_t kOwnerOnly = 0700;
 constexpr mode_t kOthers = 0077;
-constexpr const char* kHelperName = "com.ostrovane.powermetrics";
 constexpr const char* kToolsFolder = "PrivilegedHelperTools";
 
 std::string parentOf(const std::string& path) {
@@ -77,7 +78,7 @@ StateFolder::StateFolder(std::string path) : path_(std::move(path)) {}
 std::string StateFolder::settingsFile() const { return path_ + "/settings.ini"; }
 std::string StateFolder::simulationFile() const { return path_ + "/simulation.json"; }
 std::string StateFolder::installedHelper() const {
-  return path_ + "/" + kToolsFolder + "/" + kHelperName;
+  return path_ + "/" + kToolsFolder + "/" + std::string(helper_link::protocol::kMachServiceName);
 }
 std::string StateFolder::helperSocket() const { return path_ + "/helper.socket"; }
 std::string StateFolder::helperLock() const { return path_ + "/helper.lock"; }

@@ -133,13 +133,6 @@ TEST(SampleRows, EveryReceiverGetsTheSameRowInTheOrderOfAdding) {
   EXPECT_EQ(figures, (Values{0, 0}));
 }
 
-TEST(SampleRows, WithoutReceiversARowIsTakenForNobody) {
-  RowsFixture f;
-  SampleRows rows(f.clock, {f.power, f.frequency});
-  rows.appendRow();
-  EXPECT_TRUE(f.received.empty());
-}
-
 TEST(SampleRows, AClearedModelGivesZeroes) {
   RowsFixture f;
   f.ingest();
