@@ -5,8 +5,9 @@
 
 #include <cstdint>
 #include <optional>
-#include <string>
 #include <string_view>
+
+#include "base/bytes.h"
 
 namespace pallimo::ports {
 
@@ -17,8 +18,8 @@ class SystemControls {
 
   /// The variable as an integer, or nothing when it can't be read as one.
   virtual std::optional<std::int64_t> integer(std::string_view name) const = 0;
-  /// The variable's text without its final NUL, or nothing when it can't be read.
-  virtual std::optional<std::string> text(std::string_view name) const = 0;
+  /// The variable's bytes, which for a text end with NUL; nothing when it can't be read.
+  virtual std::optional<base::Bytes> bytes(std::string_view name) const = 0;
 };
 
 }  // namespace pallimo::ports

@@ -18,13 +18,19 @@ namespace pallimo::fakes {
 class FakeSystemControls final : public ports::SystemControls {
  public:
   void setInteger(std::string name, std::int64_t value) { integers_[std::move(name)] = value; }
-  void setText(std::string name, std::string value) { texts_[std::move(name)] = std::move(value); }
+  /// With the final NUL that the kernel counts.
+  void setText(std::string name, std::string_view value) {
+    base::Bytes bytes(value.begin(), value.end());
+    bytes.push_back(0);
+    setBytes(std::move(name), std::move(bytes));
+  }
+  void setBytes(std::string name, base::Bytes value) { bytes_[std::move(name)] = std::move(value); }
 
   std::optional<std::int64_t> integer(std::string_view name) const override {
     return find(integers_, name);
   }
-  std::optional<std::string> text(std::string_view name) const override {
-    return find(texts_, name);
+  std::optional<base::Bytes> bytes(std::string_view name) const override {
+    return find(bytes_, name);
   }
 
  private:
@@ -38,7 +44,7 @@ class FakeSystemControls final : public ports::SystemControls {
   }
 
   Variables<std::int64_t> integers_;
-  Variables<std::string> texts_;
+  Variables<base::Bytes> bytes_;
 };
 
 }  // namespace pallimo::fakes

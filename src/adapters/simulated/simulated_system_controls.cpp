@@ -26,8 +26,12 @@ std::optional<std::int64_t> SimulatedSystemControls::integer(std::string_view na
   return find<std::int64_t>(values_, name);
 }
 
-std::optional<std::string> SimulatedSystemControls::text(std::string_view name) const {
-  return find<std::string>(values_, name);
+std::optional<base::Bytes> SimulatedSystemControls::bytes(std::string_view name) const {
+  const auto text = find<std::string>(values_, name);
+  if (!text) return std::nullopt;
+  base::Bytes bytes(text->begin(), text->end());
+  bytes.push_back(0);  // the kernel counts the final NUL
+  return bytes;
 }
 
 }  // namespace pallimo::adapters::simulated

@@ -20,14 +20,15 @@ using SystemControlValue = std::variant<std::string, std::int64_t>;
 /// By name. An absent name is a variable that can't be read.
 using SystemControlValues = std::map<std::string, SystemControlValue, std::less<>>;
 
-/// Kernel variables made of data. A text can't be read as an integer, nor the other way round.
+/// Kernel variables made of data. A text can't be read as an integer, nor an integer
+/// as bytes.
 /// Constant after construction; any thread.
 class SimulatedSystemControls final : public ports::SystemControls {
  public:
   explicit SimulatedSystemControls(SystemControlValues values);
 
   std::optional<std::int64_t> integer(std::string_view name) const override;
-  std::optional<std::string> text(std::string_view name) const override;
+  std::optional<base::Bytes> bytes(std::string_view name) const override;
 
  private:
   const SystemControlValues values_;

@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 The Pallimo authors
+
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string_view>
+
+#include "base/property_list.h"
+
+namespace pallimo::ports {
+
+/// The part of the I/O registry that lists graphics accelerators. Handles are the kernel's: numbers
+/// other than 0 that stand for an object until it is released. Any thread.
+class AcceleratorRegistry {
+ public:
+  virtual ~AcceleratorRegistry() = default;
+
+  /// An iterator over the services of a class ("IOAccelerator"), to be released; nothing when the
+  /// search fails. A search without a match may give an iterator of 0, which has no entries.
+  virtual std::optional<std::uint32_t> matchingServices(std::string_view className) = 0;
+  /// The iterator's next entry, to be released; 0 at the end.
+  virtual std::uint32_t next(std::uint32_t iterator) = 0;
+  /// A copy of the entry's properties: a dictionary, empty when the entry has none. Nothing when
+  /// the read fails; the next one may succeed.
+  virtual std::optional<base::PropertyList> properties(std::uint32_t entry) = 0;
+  /// Lets go of an entry or an iterator.
+  virtual void release(std::uint32_t object) = 0;
+};
+
+}  // namespace pallimo::ports

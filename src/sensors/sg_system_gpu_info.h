@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 The Pallimo authors
+
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "ports/accelerator_registry.h"
+
+namespace pallimo::sensors {
+
+/// The GPU, as its driver publishes it.
+struct GPUInfoRecord {
+  std::string name;        ///< the model, or "Unknown"
+  double utilisation = 0;  ///< fraction 0 to 1; 0 when the driver does not tell
+  bool operator==(const GPUInfoRecord&) const = default;
+};
+
+/// The GPU's name and utilisation, from the I/O registry. Stateless: every read walks the registry
+/// anew. Any thread.
+class SGSystemGPUInfo {
+ public:
+  /// `registry` outlives the object.
+  explicit SGSystemGPUInfo(ports::AcceleratorRegistry& registry) : registry_(registry) {}
+
+  /// The first accelerator of Apple's that has statistics; nothing when there is none.
+  std::optional<GPUInfoRecord> readGPUInfo() const;
+
+ private:
+  ports::AcceleratorRegistry& registry_;
+};
+
+}  // namespace pallimo::sensors
