@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <optional>
 #include <span>
+#include <string_view>
 
 #include "base/property_list.h"
 
@@ -20,7 +21,14 @@ class PropertyListReader {
   /// (a binary document is found from its end, so with bytes after it it is none).
   /// Numbers are read in the C locale whatever the process's is. A document nested 1,000 levels
   /// deep or deeper is refused.
-  virtual std::optional<base::PropertyList> read(std::span<const std::uint8_t> bytes) const = 0;
+  std::optional<base::PropertyList> read(std::span<const std::uint8_t> bytes) const {
+    return readWithout(bytes, {});
+  }
+
+  /// The same value without the entries of these keys, in whatever dictionary they stand. For
+  /// whoever reads a document every second and a tenth of it.
+  virtual std::optional<base::PropertyList> readWithout(
+      std::span<const std::uint8_t> bytes, std::span<const std::string_view> keys) const = 0;
 };
 
 }  // namespace pallimo::ports

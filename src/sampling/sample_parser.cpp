@@ -27,6 +27,11 @@ constexpr std::array<std::string_view, 11> kSuffixes = {"",  "0", "1", "2", "3",
 constexpr std::array<std::string_view, 5> kPowerKeys = {
     "cpu_energy", "dram_energy", "combined_power", "gpu_energy", "ane_energy"};
 
+// Nine tenths of a document: how long each core, cluster and the GPU spent at each of its
+// frequencies. Nobody asks for it.
+constexpr std::array<std::string_view, 3> kUnread = {"dvfm_states", "sw_state",
+                                                     "sw_requested_state"};
+
 template <typename Value>
 using ClusterTable = std::map<std::string_view, Value>;
 
@@ -91,7 +96,7 @@ std::vector<std::int64_t> concatenated(const ClusterTable<std::vector<std::int64
 
 base::PropertyList parseSample(const ports::PropertyListReader& reader,
                                std::span<const std::uint8_t> bytes) {
-  std::optional<PropertyList> document = reader.read(bytes);
+  std::optional<PropertyList> document = reader.readWithout(bytes, kUnread);
   if (!document || document->dictionary() == nullptr) return PropertyList();
   return std::move(*document);
 }

@@ -20,29 +20,31 @@ namespace {
 
 /// `parse` is one of libplist's two readers, whose result type differs between its versions.
 template <typename Parse>
-std::optional<base::PropertyList> parsed(Parse parse, std::string_view document) {
+std::optional<base::PropertyList> parsed(Parse parse, std::string_view document,
+                                         std::span<const std::string_view> withoutKeys) {
   if (document.size() > std::numeric_limits<std::uint32_t>::max()) return std::nullopt;
   // libplist takes a node that is there already for the document's first: it must be null.
   plist_t root = nullptr;
   parse(document.data(), static_cast<std::uint32_t>(document.size()), &root);
   const Tree tree(root);
-  return tree == nullptr ? std::nullopt : propertyListOf(tree.get());
+  return tree == nullptr ? std::nullopt : propertyListOf(tree.get(), withoutKeys);
 }
 
 }  // namespace
 
-std::optional<base::PropertyList> LibplistReader::read(std::span<const std::uint8_t> bytes) const {
+std::optional<base::PropertyList> LibplistReader::readWithout(
+    std::span<const std::uint8_t> bytes, std::span<const std::string_view> keys) const {
   const base::CLocaleScope cLocale;
   const std::string_view text(reinterpret_cast<const char*>(bytes.data()), bytes.size());
   // By name: plist_from_memory() of newer versions guesses further formats.
   if (text.starts_with("bplist")) {
     if (!isHarmlessBinary(bytes)) return std::nullopt;
-    return parsed(plist_from_bin, text);
+    return parsed(plist_from_bin, text, keys);
   }
   std::string scratch;
   const std::optional<std::string_view> document = extractXML(text, scratch);
   if (!document) return std::nullopt;
-  return parsed(plist_from_xml, *document);
+  return parsed(plist_from_xml, *document, keys);
 }
 
 }  // namespace pallimo::adapters::libplist

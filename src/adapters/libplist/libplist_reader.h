@@ -23,7 +23,8 @@ namespace pallimo::adapters::libplist {
 /// contents stands at the very end.
 class LibplistReader final : public ports::PropertyListReader {
  public:
-  std::optional<base::PropertyList> read(std::span<const std::uint8_t> bytes) const override;
+  std::optional<base::PropertyList> readWithout(
+      std::span<const std::uint8_t> bytes, std::span<const std::string_view> keys) const override;
 };
 
 }  // namespace pallimo::adapters::libplist

@@ -200,6 +200,8 @@ struct Level {
 /// Without recursion: a document may be nested deeper than a thread's stack is high.
 class Conversion {
  public:
+  explicit Conversion(std::span<const std::string_view> withoutKeys) : withoutKeys_(withoutKeys) {}
+
   std::optional<PropertyList> run(plist_t root) {
     levels_.reserve(16);
     if (!take(root)) return std::nullopt;
@@ -208,7 +210,7 @@ class Conversion {
       if (item == nullptr) {
         finishLevel();
       } else {
-        if (levels_.back().isDictionary) readKey(item);
+        if (levels_.back().isDictionary && !readKey(item)) continue;
         if (!take(item)) return std::nullopt;
       }
     }
@@ -229,14 +231,19 @@ class Conversion {
     return true;
   }
 
-  void readKey(plist_t item) {
+  /// False when the item is to be left out.
+  bool readKey(plist_t item) {
     // Up to this size comparing each pair of keys is quicker than sorting them.
     constexpr std::size_t kFewKeys = 64;
     Level& level = levels_.back();
     const std::size_t index = level.entries.size();
     const bool hasGuess = level.model != nullptr && index < level.model->size();
     level.key = keyOfItem(item, hasGuess ? &(*level.model)[index].first : nullptr);
+    if (std::find(withoutKeys_.begin(), withoutKeys_.end(), level.key) != withoutKeys_.end()) {
+      return false;
+    }
     level.mayRepeat = level.mayRepeat || index >= kFewKeys || hasKey(level.entries, level.key);
+    return true;
   }
 
   void finishLevel() {
@@ -264,12 +271,16 @@ class Conversion {
     }
   }
 
+  const std::span<const std::string_view> withoutKeys_;
   std::vector<Level> levels_;
   std::optional<PropertyList> result_;
 };
 
 }  // namespace
 
-std::optional<base::PropertyList> propertyListOf(plist_t node) { return Conversion().run(node); }
+std::optional<base::PropertyList> propertyListOf(plist_t node,
+                                                 std::span<const std::string_view> withoutKeys) {
+  return Conversion(withoutKeys).run(node);
+}
 
 }  // namespace pallimo::adapters::libplist

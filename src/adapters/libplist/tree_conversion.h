@@ -7,6 +7,8 @@
 
 #include <memory>
 #include <optional>
+#include <span>
+#include <string_view>
 #include <type_traits>
 
 #include "base/property_list.h"
@@ -21,11 +23,13 @@ struct TreeDeleter {
 /// The owner of a libplist tree; null when a document could not be parsed.
 using Tree = std::unique_ptr<std::remove_pointer_t<plist_t>, TreeDeleter>;
 
-/// A copy of the tree as a value; nothing when it holds a node of a kind unknown here. Any thread,
-/// in the "C" locale only. Does not recurse, but freeing the tree and the value does.
+/// A copy of the tree as a value, but for the entries of `withoutKeys` in any dictionary; nothing
+/// when it holds a node of a kind unknown here. Any thread, in the "C" locale only. Does not
+/// recurse, but freeing the tree and the value does.
 ///
 /// A repeated key leaves its last value. A keyed-archiver reference (binary documents only) becomes
 /// what its XML form is, a dictionary of the one key "CF$UID".
-std::optional<base::PropertyList> propertyListOf(plist_t node);
+std::optional<base::PropertyList> propertyListOf(
+    plist_t node, std::span<const std::string_view> withoutKeys = {});
 
 }  // namespace pallimo::adapters::libplist

@@ -81,6 +81,13 @@ TEST(SampleParser, KeepsTheTopLevelDictionary) {
             PropertyList(base::PropertyListDictionary{{"a", PropertyList(std::int64_t{1})}}));
 }
 
+TEST(SampleParser, LeavesOutTheListsOfStates) {
+  const std::string states = array(dict(entry("freq", "<integer>600</integer>")));
+  EXPECT_EQ(processor(entry("dvfm_states", states) + entry("sw_state", states) +
+                      entry("sw_requested_state", states)),
+            processor(""));
+}
+
 TEST(SampleParser, GivesAnEmptySampleForBytesThatAreNoPropertyList) {
   EXPECT_EQ(parse("\x8f\x03\xd2\x77 random"), PropertyList());
   EXPECT_EQ(parse(""), PropertyList());

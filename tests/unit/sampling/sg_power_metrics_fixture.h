@@ -30,7 +30,9 @@ class DocumentReader final : public ports::PropertyListReader {
     return {static_cast<std::uint8_t>(documents_.size() - 1)};
   }
 
-  std::optional<base::PropertyList> read(std::span<const std::uint8_t> bytes) const override {
+  std::optional<base::PropertyList> readWithout(
+      std::span<const std::uint8_t> bytes,
+      std::span<const std::string_view> /*keys*/) const override {
     if (bytes.size() != 1 || bytes[0] >= documents_.size()) return std::nullopt;
     return documents_[bytes[0]];
   }

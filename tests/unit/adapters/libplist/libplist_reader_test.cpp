@@ -469,5 +469,40 @@ TEST_P(LibplistReaderTest, RefusesABinaryKeyWithANUL) {
             std::nullopt);
 }
 
+// Left out
+
+std::optional<PropertyList> readWithout(std::string_view bytes,
+                                        const std::vector<std::string_view>& keys) {
+  return LibplistReader().readWithout(
+      {reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()}, keys);
+}
+
+TEST_P(LibplistReaderTest, LeavesOutTheEntriesOfAKeyWhereverItStands) {
+  const std::string element =
+      "<dict><key>long</key><array><true/></array><key>a</key><array>"
+      "<dict><key>b</key><integer>1</integer><key>long</key><dict/></dict>"
+      "<dict><key>b</key><integer>2</integer><key>long</key><string>x</string></dict>"
+      "</array></dict>";
+  EXPECT_EQ(readWithout(document(element), {"other", "long"}),
+            readElement("<dict><key>a</key><array><dict><key>b</key><integer>1</integer></dict>"
+                        "<dict><key>b</key><integer>2</integer></dict></array></dict>"));
+}
+
+TEST_P(LibplistReaderTest, ATextOrAPartOfAKeyIsNotLeftOut) {
+  const std::string element = "<dict><key>longer</key><string>long</string></dict>";
+  EXPECT_EQ(readWithout(document(element), {"long"}), readElement(element));
+}
+
+TEST_P(LibplistReaderTest, WhatIsLeftOutIsCheckedAllTheSame) {
+  const std::string element = "<dict><key>long</key><array><integer>2.5</integer></array></dict>";
+  EXPECT_EQ(readWithout(document(element), {"long"}), std::nullopt);
+}
+
+TEST_P(LibplistReaderTest, ABinaryDocumentCanBeReadWithoutAKeyToo) {
+  const BinaryDocument binary{
+      {dictionaryOf({1, 2, 3, 3}), textObject("a"), textObject("b"), "\x09"}};
+  EXPECT_EQ(readWithout(binary.bytes(), {"a"}), readElement("<dict><key>b</key><true/></dict>"));
+}
+
 }  // namespace
 }  // namespace pallimo::adapters::libplist
