@@ -8,8 +8,9 @@
 
 namespace pallimo::base {
 
-/// The bytes as UTF-8, each longest sequence that is none replaced by U+FFFD. Valid text is
-/// returned as it is.
+/// The bytes as UTF-8. What is none is replaced by U+FFFD, one for every byte or begun sequence
+/// that could not go on, as Unicode recommends (its "maximal subparts"). Valid text, NUL included,
+/// is returned as it is.
 std::string repairedUtf8(std::string_view bytes);
 
 }  // namespace pallimo::base
