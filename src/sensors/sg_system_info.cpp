@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 The Pallimo authors
 
-#include "sensors/apple_silicon.h"
+#include "sensors/sg_system_info.h"
 
-#include <cstdint>
+#include <algorithm>
+
+#include "base/fatal.h"
+#include "base/utf8.h"
 
 namespace pallimo::sensors {
 
@@ -15,13 +18,33 @@ constexpr std::int32_t kFamilyX86 = 7;
 
 }  // namespace
 
-std::optional<std::string_view> otherProcessorName(const ports::SystemControls& controls) {
-  const std::optional<std::int64_t> value = controls.integer("hw.cputype");
-  if (!value) return "error in CPU type";
-  // The variable has 32 bits; a source that widens it without its sign still gives -1 here.
-  const auto type = static_cast<std::int32_t>(*value);
-  if (type == -1) return "error in CPU type";
-  switch (type & kFamilyMask) {
+std::string SGSystemInfo::sysctlString(std::string_view name) const {
+  const std::optional<base::Bytes> value = controls_.bytes(name);
+  if (!value) base::fatal("The kernel variable " + std::string(name) + " can't be read.");
+  const auto end = std::find(value->begin(), value->end(), 0);
+  if (end == value->end()) {
+    base::fatal("The kernel variable " + std::string(name) + " is empty or does not end.");
+  }
+  return base::repairedUtf8(std::string(value->begin(), end));
+}
+
+std::string SGSystemInfo::hardwareModel() const { return sysctlString("hw.model"); }
+
+std::string SGSystemInfo::cpuBrandString() const {
+  return sysctlString("machdep.cpu.brand_string");
+}
+
+std::optional<std::int32_t> SGSystemInfo::sysctlInt32(std::string_view name) const {
+  const std::optional<std::int64_t> value = controls_.integer(name);
+  if (!value) return std::nullopt;
+  // The variable has 32 bits, which a source may have widened without the sign.
+  return static_cast<std::int32_t>(*value);
+}
+
+std::optional<std::string_view> SGSystemInfo::otherProcessorName() const {
+  const std::optional<std::int32_t> type = sysctlInt32("hw.cputype");
+  if (!type || *type == -1) return "error in CPU type";
+  switch (*type & kFamilyMask) {
     case kFamilyArm:
       return std::nullopt;
     case kFamilyX86:
@@ -31,8 +54,8 @@ std::optional<std::string_view> otherProcessorName(const ports::SystemControls& 
   }
 }
 
-bool isAppleSilicon(const ports::SystemControls& controls) {
-  const std::optional<std::string_view> name = otherProcessorName(controls);
+bool SGSystemInfo::isAppleSilicon() const {
+  const std::optional<std::string_view> name = otherProcessorName();
   return !name || *name == "ARM";
 }
 

@@ -1,70 +1,177 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 The Pallimo authors
 
-#include "sensors/apple_silicon.h"
+#include "sensors/sg_system_info.h"
 
 #include <gtest/gtest.h>
+
+#include <limits>
 
 #include "fakes/fake_system_controls.h"
 
 namespace pallimo::sensors {
 namespace {
 
-fakes::FakeSystemControls controls(std::int64_t cpuType) {
-  fakes::FakeSystemControls made;
-  made.setInteger("hw.cputype", cpuType);
-  return made;
+constexpr const char* kCPUType = "hw.cputype";
+
+class SGSystemInfoTest : public ::testing::Test {
+ protected:
+  std::string stringOf(base::Bytes bytes) {
+    controls_.setBytes("test.text", std::move(bytes));
+    return info_.sysctlString("test.text");
+  }
+  std::string stringOf(std::string_view text) {
+    return stringOf(base::Bytes(text.begin(), text.end()));
+  }
+  bool isAppleSilicon(std::int64_t cpuType) {
+    controls_.setInteger(kCPUType, cpuType);
+    return info_.isAppleSilicon();
+  }
+  std::optional<std::string_view> nameOf(std::int64_t cpuType) {
+    controls_.setInteger(kCPUType, cpuType);
+    return info_.otherProcessorName();
+  }
+
+  fakes::FakeSystemControls controls_;
+  const SGSystemInfo info_{controls_};
+};
+
+using SysctlString = SGSystemInfoTest;
+using SysctlInt32 = SGSystemInfoTest;
+using AppleSilicon = SGSystemInfoTest;
+
+TEST_F(SysctlString, IsTheTextWithoutItsNul) {
+  EXPECT_EQ(stringOf(std::string_view("Apple M1\0", 9)), "Apple M1");
 }
 
-TEST(AppleSilicon, PassesThe64BitArmType) { EXPECT_TRUE(isAppleSilicon(controls(0x0100000C))); }
-
-TEST(AppleSilicon, PassesThePlainArmType) { EXPECT_TRUE(isAppleSilicon(controls(12))); }
-
-TEST(AppleSilicon, PassesWhateverFlagsStandAboveTheLowByte) {
-  EXPECT_TRUE(isAppleSilicon(controls(0x7FFFFF0C)));
-  EXPECT_TRUE(isAppleSilicon(controls(-244)));  // 0xFFFFFF0C
+TEST_F(SysctlString, EndsAtTheFirstNul) {
+  EXPECT_EQ(stringOf(std::string_view("Mac\0Book\0", 9)), "Mac");
+  EXPECT_EQ(stringOf(std::string_view("Mac\0Book", 8)), "Mac");
 }
 
-TEST(AppleSilicon, HasNoOtherNameForArm) {
-  EXPECT_EQ(otherProcessorName(controls(0x0100000C)), std::nullopt);
+TEST_F(SysctlString, MayHaveNoCharacterBeforeItsNul) {
+  EXPECT_EQ(stringOf(std::string_view("\0", 1)), "");
 }
 
-TEST(AppleSilicon, RefusesIntel) {
-  EXPECT_FALSE(isAppleSilicon(controls(7)));
-  EXPECT_FALSE(isAppleSilicon(controls(0x01000007)));
+TEST_F(SysctlString, KeepsUtf8) {
+  EXPECT_EQ(stringOf(std::string_view("M2 \xE2\x84\xA2\0", 7)), "M2 \xE2\x84\xA2");
 }
 
-TEST(AppleSilicon, NamesIntelX86) {
-  EXPECT_EQ(otherProcessorName(controls(7)), "x86");
-  EXPECT_EQ(otherProcessorName(controls(0x01000007)), "x86");
+TEST_F(SysctlString, ReplacesWhatIsNoUtf8) {
+  EXPECT_EQ(stringOf(std::string_view("M\xFF\x80Z\0", 5)), "M\xEF\xBF\xBD\xEF\xBF\xBDZ");
+  EXPECT_EQ(stringOf(std::string_view("M\xE2\x84\0", 4)), "M\xEF\xBF\xBD");
 }
 
-TEST(AppleSilicon, RefusesEveryOtherTypeAsUnknown) {
+TEST_F(SysctlString, ReadsTheModel) {
+  controls_.setText("hw.model", "MacBookAir10,1");
+  EXPECT_EQ(info_.hardwareModel(), "MacBookAir10,1");
+}
+
+TEST_F(SysctlString, ReadsTheBrand) {
+  controls_.setText("machdep.cpu.brand_string", "Apple M2 Pro");
+  EXPECT_EQ(info_.cpuBrandString(), "Apple M2 Pro");
+}
+
+TEST_F(SysctlString, ReadsAnewEachTime) {
+  controls_.setText("machdep.cpu.brand_string", "Apple M2");
+  EXPECT_EQ(info_.cpuBrandString(), "Apple M2");
+  controls_.setText("machdep.cpu.brand_string", "Apple M4");
+  EXPECT_EQ(info_.cpuBrandString(), "Apple M4");
+}
+
+class SGSystemInfoDeathTest : public SGSystemInfoTest {
+ protected:
+  SGSystemInfoDeathTest() { GTEST_FLAG_SET(death_test_style, "threadsafe"); }
+};
+
+TEST_F(SGSystemInfoDeathTest, StopsOnATextThatCannotBeRead) {
+  EXPECT_DEATH(info_.sysctlString("test.text"), "The kernel variable test\\.text can't be read\\.");
+}
+
+TEST_F(SGSystemInfoDeathTest, StopsOnATextOfNoBytes) {
+  EXPECT_DEATH(stringOf(base::Bytes()),
+               "The kernel variable test\\.text is empty or does not end\\.");
+}
+
+TEST_F(SGSystemInfoDeathTest, StopsOnATextWithoutANul) {
+  EXPECT_DEATH(stringOf(std::string_view("Apple M1")),
+               "The kernel variable test\\.text is empty or does not end\\.");
+}
+
+TEST_F(SGSystemInfoDeathTest, NamesTheModel) {
+  EXPECT_DEATH(info_.hardwareModel(), "The kernel variable hw\\.model can't be read\\.");
+}
+
+TEST_F(SGSystemInfoDeathTest, NamesTheBrand) {
+  EXPECT_DEATH(info_.cpuBrandString(),
+               "The kernel variable machdep\\.cpu\\.brand_string can't be read\\.");
+}
+
+TEST_F(SysctlInt32, IsTheNumber) {
+  controls_.setInteger("hw.perflevel0.logicalcpu", 8);
+  EXPECT_EQ(info_.sysctlInt32("hw.perflevel0.logicalcpu"), 8);
+}
+
+TEST_F(SysctlInt32, KeepsTheSign) {
+  controls_.setInteger("test.number", std::numeric_limits<std::int32_t>::min());
+  EXPECT_EQ(info_.sysctlInt32("test.number"), std::numeric_limits<std::int32_t>::min());
+}
+
+TEST_F(SysctlInt32, IsNothingWhenItCannotBeRead) {
+  EXPECT_EQ(info_.sysctlInt32("test.number"), std::nullopt);
+}
+
+TEST_F(SysctlInt32, IsNothingForAText) {
+  controls_.setText("test.number", "12");
+  EXPECT_EQ(info_.sysctlInt32("test.number"), std::nullopt);
+}
+
+TEST_F(AppleSilicon, PassesThe64BitArmType) { EXPECT_TRUE(isAppleSilicon(0x0100000C)); }
+
+TEST_F(AppleSilicon, PassesThePlainArmType) { EXPECT_TRUE(isAppleSilicon(12)); }
+
+TEST_F(AppleSilicon, PassesWhateverFlagsStandAboveTheLowByte) {
+  EXPECT_TRUE(isAppleSilicon(0x7FFFFF0C));
+  EXPECT_TRUE(isAppleSilicon(-244));  // 0xFFFFFF0C
+}
+
+TEST_F(AppleSilicon, HasNoOtherNameForArm) { EXPECT_EQ(nameOf(0x0100000C), std::nullopt); }
+
+TEST_F(AppleSilicon, RefusesIntel) {
+  EXPECT_FALSE(isAppleSilicon(7));
+  EXPECT_FALSE(isAppleSilicon(0x01000007));
+}
+
+TEST_F(AppleSilicon, NamesIntelX86) {
+  EXPECT_EQ(nameOf(7), "x86");
+  EXPECT_EQ(nameOf(0x01000007), "x86");
+}
+
+TEST_F(AppleSilicon, RefusesEveryOtherTypeAsUnknown) {
   for (const std::int64_t type : {0, 1, 11, 13, 18, 0x0C00, 0x0100000D, 255}) {
-    EXPECT_FALSE(isAppleSilicon(controls(type))) << type;
-    EXPECT_EQ(otherProcessorName(controls(type)), "unknown") << type;
+    EXPECT_FALSE(isAppleSilicon(type)) << type;
+    EXPECT_EQ(nameOf(type), "unknown") << type;
   }
 }
 
-TEST(AppleSilicon, RefusesAMachineWhoseTypeCannotBeRead) {
-  EXPECT_FALSE(isAppleSilicon(fakes::FakeSystemControls()));
-  EXPECT_EQ(otherProcessorName(fakes::FakeSystemControls()), "error in CPU type");
+TEST_F(AppleSilicon, RefusesAMachineWhoseTypeCannotBeRead) {
+  EXPECT_FALSE(info_.isAppleSilicon());
+  EXPECT_EQ(info_.otherProcessorName(), "error in CPU type");
 }
 
-TEST(AppleSilicon, RefusesMinusOneAsAnError) {
-  EXPECT_FALSE(isAppleSilicon(controls(-1)));
-  EXPECT_EQ(otherProcessorName(controls(-1)), "error in CPU type");
+TEST_F(AppleSilicon, RefusesMinusOneAsAnError) {
+  EXPECT_FALSE(isAppleSilicon(-1));
+  EXPECT_EQ(nameOf(-1), "error in CPU type");
 }
 
-TEST(AppleSilicon, TakesMinusOneWithoutItsSignAsAnErrorToo) {
-  EXPECT_EQ(otherProcessorName(controls(0xFFFFFFFF)), "error in CPU type");
+TEST_F(AppleSilicon, TakesMinusOneWithoutItsSignAsAnErrorToo) {
+  EXPECT_EQ(nameOf(0xFFFFFFFF), "error in CPU type");
 }
 
-TEST(AppleSilicon, ReadsNoOtherVariable) {
-  fakes::FakeSystemControls others;
-  others.setInteger("hw.cpusubtype", 12);
-  others.setText("hw.cputype", "12");
-  EXPECT_FALSE(isAppleSilicon(others));
+TEST_F(AppleSilicon, ReadsNoOtherVariable) {
+  controls_.setInteger("hw.cpusubtype", 12);
+  controls_.setText(kCPUType, "12");
+  EXPECT_FALSE(info_.isAppleSilicon());
 }
 
 }  // namespace
