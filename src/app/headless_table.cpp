@@ -22,8 +22,8 @@ struct Column {
 
 using logging::LogRow;
 
-// Only figures of modules that are there: a column of zeros would be taken for a reading. 77 places
-// in all, so that a line fits a terminal of 80.
+// As narrow as the figures let them be: a terminal shows all of them in 123 places. Degrees take
+// three (110, nan, -1) and percentages five (100.0), each with the space before it.
 constexpr std::array<Column, 5> kPower = {{{"package", 8, 2, &LogRow::pkgPower},
                                            {"CPU", 7, 2, &LogRow::cpuPower},
                                            {"GPU", 7, 2, &LogRow::gpuPower},
@@ -32,6 +32,15 @@ constexpr std::array<Column, 5> kPower = {{{"package", 8, 2, &LogRow::pkgPower},
 constexpr std::array<Column, 3> kFrequency = {{{"E-core", 7, 0, &LogRow::cpuECoreFrequency},
                                                {"P-core", 7, 0, &LogRow::cpuPCoreFrequency},
                                                {"GPU", 6, 0, &LogRow::gpuFrequency}}};
+// "C" as in the log, not the degree sign: every byte of a line is one place, whatever the terminal.
+constexpr std::array<Column, 4> kTemperature = {{{"min", 4, 0, &LogRow::cpuMinTmp},
+                                                 {"avg", 4, 0, &LogRow::cpuAvgTmp},
+                                                 {"max", 4, 0, &LogRow::cpuMaxTmp},
+                                                 {"GPU", 4, 0, &LogRow::gpuAvgTmp}}};
+constexpr std::array<Column, 4> kUtilisation = {{{"CPU", 6, 1, &LogRow::cpuUtilization},
+                                                 {"E-core", 7, 1, &LogRow::cpuEUtilization},
+                                                 {"P-core", 7, 1, &LogRow::cpuPUtilization},
+                                                 {"GPU", 6, 1, &LogRow::gpuUtilization}}};
 
 constexpr std::size_t kClockWidth = 8;    // HH:mm:ss
 constexpr std::size_t kElapsedWidth = 9;  // a day of seconds with one decimal, and a space
@@ -73,11 +82,15 @@ std::string tableHeader() {
   std::string line(kClockWidth + kElapsedWidth, ' ');
   appendTitle(line, "Power (W)", kPower);
   appendTitle(line, "Frequency (MHz)", kFrequency);
+  appendTitle(line, "Temp. (C)", kTemperature);
+  appendTitle(line, "Utilisation (%)", kUtilisation);
   line += '\n';
   appendRight(line, "time", kClockWidth);
   appendRight(line, "sec", kElapsedWidth);
   appendNames(line, kPower);
   appendNames(line, kFrequency);
+  appendNames(line, kTemperature);
+  appendNames(line, kUtilisation);
   line += '\n';
   return line;
 }
@@ -88,6 +101,8 @@ std::string tableLine(const LogRow& row, std::chrono::system_clock::time_point f
   appendRight(line, base::formatFixed(elapsed.count(), 1), kElapsedWidth);
   appendFigures(line, row, kPower);
   appendFigures(line, row, kFrequency);
+  appendFigures(line, row, kTemperature);
+  appendFigures(line, row, kUtilisation);
   line += '\n';
   return line;
 }

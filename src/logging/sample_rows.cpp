@@ -10,6 +10,7 @@ namespace pallimo::logging {
 namespace {
 
 constexpr double kMegahertzPerGigahertz = 1000;
+constexpr double kPercent = 100;
 
 void fill(LogRow& row, const modules::ModuleModelPower& power) {
   const auto figures = power.figures();
@@ -27,6 +28,22 @@ void fill(LogRow& row, const modules::ModuleModelFrequency& frequency) {
   row.gpuFrequency = figures.GPU * kMegahertzPerGigahertz;
 }
 
+void fill(LogRow& row, const modules::ModuleModelTemperature& temperature) {
+  const auto figures = temperature.figures();
+  row.cpuMinTmp = figures.CPUMin;
+  row.cpuAvgTmp = figures.CPUAvg;
+  row.cpuMaxTmp = figures.CPUMax;
+  row.gpuAvgTmp = figures.GPUAvg;
+}
+
+void fill(LogRow& row, const modules::ModuleModelUtilization& utilization) {
+  const auto figures = utilization.figures();
+  row.cpuUtilization = figures.utilization * kPercent;
+  row.cpuEUtilization = figures.eutilization * kPercent;
+  row.cpuPUtilization = figures.putilization * kPercent;
+  row.gpuUtilization = figures.utilizationGPU * kPercent;
+}
+
 }  // namespace
 
 SampleRows::SampleRows(const ports::Clock& clock, Models models)
@@ -39,6 +56,8 @@ void SampleRows::appendRow() {
   row.time = clock_.now();
   if (models_.power) fill(row, *models_.power);
   if (models_.frequency) fill(row, *models_.frequency);
+  if (models_.temperature) fill(row, *models_.temperature);
+  if (models_.utilization) fill(row, *models_.utilization);
   for (const Receiver& receiver : receivers_) receiver(row);
 }
 

@@ -10,6 +10,8 @@
 #include "logging/log_row.h"
 #include "modules/module_model_frequency.h"
 #include "modules/module_model_power.h"
+#include "modules/module_model_temperature.h"
+#include "modules/module_model_utilization.h"
 #include "ports/clock.h"
 #include "sampling/sample_steps.h"
 
@@ -21,10 +23,12 @@ class SampleRows final : public sampling::RowLog {
  public:
   using Receiver = std::function<void(const LogRow&)>;
 
-  /// The models whose values a row holds; figures of a module that is not there stand at 0.
+  /// The models whose values a row holds; where one is nullptr, its figures stand at 0.
   struct Models {
     std::shared_ptr<const modules::ModuleModelPower> power;
     std::shared_ptr<const modules::ModuleModelFrequency> frequency;
+    std::shared_ptr<const modules::ModuleModelTemperature> temperature;
+    std::shared_ptr<const modules::ModuleModelUtilization> utilization;
   };
 
   SampleRows(const ports::Clock& clock, Models models);

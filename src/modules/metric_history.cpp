@@ -21,6 +21,11 @@ std::optional<double> MetricHistory::largest() const {
   return maximum;
 }
 
+std::optional<double> MetricHistory::newest() const {
+  if (values_.empty()) return std::nullopt;
+  return values_.front();
+}
+
 MetricHistory::Snapshot MetricHistory::snapshot() const {
   const std::size_t count = std::min(values_.size(), kSnapshotLength);
   const auto end = values_.begin() + static_cast<std::ptrdiff_t>(count);

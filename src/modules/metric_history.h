@@ -37,6 +37,8 @@ class MetricHistory {
   /// The running maximum from the newest on, which gives way to strictly greater values only: a
   /// newest value that is not a number stays, an older one is passed over. Nothing when empty.
   std::optional<double> largest() const;
+  /// Nothing when empty.
+  std::optional<double> newest() const;
   Snapshot snapshot() const;
 
  private:

@@ -49,38 +49,21 @@ ModuleModelFrequency::Figures ModuleModelFrequency::readFigures() const {
 }
 
 void ModuleModelFrequency::ingestSample() {
-  const Figures figures = readFigures();
-  std::shared_ptr<const Snapshot> outdated;  // freed after the lock is let go
-  base::MutexLock lock(mutex_);
-  outdated.swap(state_.snapshot);
-  state_.figures = figures;
-  state_.historicECore.insert(figures.ECore);
-  state_.historicPCore.insert(figures.PCore);
-  state_.historicGPU.insert(figures.GPU);
+  state_.commit([figures = readFigures()](State& state) {
+    state.figures = figures;
+    state.historicECore.insert(figures.ECore);
+    state.historicPCore.insert(figures.PCore);
+    state.historicGPU.insert(figures.GPU);
+  });
 }
 
 void ModuleModelFrequency::clearData() {
-  {
-    State emptied;  // freed after the lock is let go
-    base::MutexLock lock(mutex_);
-    std::swap(state_, emptied);
-  }
+  state_.clear();
   publish();
 }
 
-ModuleModelFrequency::Figures ModuleModelFrequency::figures() const {
-  base::MutexLock lock(mutex_);
-  return state_.figures;
-}
-
-std::shared_ptr<const ModuleModelFrequency::Snapshot> ModuleModelFrequency::snapshot() const {
-  base::MutexLock lock(mutex_);
-  if (!state_.snapshot) {
-    state_.snapshot = std::make_shared<const Snapshot>(
-        Snapshot{state_.figures, state_.historicECore.snapshot(), state_.historicPCore.snapshot(),
-                 state_.historicGPU.snapshot()});
-  }
-  return state_.snapshot;
+ModuleModelFrequency::Snapshot ModuleModelFrequency::State::snapshot() const {
+  return {figures, historicECore.snapshot(), historicPCore.snapshot(), historicGPU.snapshot()};
 }
 
 }  // namespace pallimo::modules

@@ -5,9 +5,9 @@
 
 #include <memory>
 
-#include "base/mutex.h"
 #include "modules/metric_history.h"
 #include "modules/metric_model.h"
+#include "modules/model_state.h"
 #include "sampling/sample_reader.h"
 
 namespace pallimo::modules {
@@ -43,9 +43,9 @@ class ModuleModelFrequency final : public MetricModel {
   void ingestSample() override;
   void clearData() override;
 
-  Figures figures() const;
+  Figures figures() const { return state_.figures(); }
   /// Made when it is asked for and shared until the next change. Never nullptr.
-  std::shared_ptr<const Snapshot> snapshot() const;
+  std::shared_ptr<const Snapshot> snapshot() const { return state_.snapshot(); }
 
  private:
   struct State {
@@ -53,7 +53,8 @@ class ModuleModelFrequency final : public MetricModel {
     MetricHistory historicECore;
     MetricHistory historicPCore;
     MetricHistory historicGPU;
-    std::shared_ptr<const Snapshot> snapshot;  // of this very state, once it was asked for
+
+    Snapshot snapshot() const;
   };
 
   explicit ModuleModelFrequency(std::weak_ptr<const sampling::SampleReader> reader);
@@ -61,9 +62,7 @@ class ModuleModelFrequency final : public MetricModel {
   Figures readFigures() const;
 
   const std::weak_ptr<const sampling::SampleReader> reader_;
-
-  mutable base::Mutex mutex_;
-  mutable State state_ PALLIMO_GUARDED_BY(mutex_);
+  ModelState<State, Figures, Snapshot> state_;
 };
 
 }  // namespace pallimo::modules

@@ -48,43 +48,31 @@ ModuleModelPower::Figures ModuleModelPower::readFigures() const {
 }
 
 void ModuleModelPower::ingestSample() {
-  const Figures figures = readFigures();
-  std::shared_ptr<const Snapshot> outdated;  // freed after the lock is let go
-  base::MutexLock lock(mutex_);
-  outdated.swap(state_.snapshot);
-  state_.figures = figures;
-  state_.historicCPU.insert(figures.CPUEnergy);
-  state_.historicDRAM.insert(figures.DRAMEnergy);
-  state_.historicANE.insert(figures.ANEEnergy);
-  state_.historicPKG.insert(figures.PKGEnergy);
-  state_.historicGPU.insert(figures.GPUEnergy);
-  state_.axis = powerAxisFor(state_.historicPKG.largest());
+  state_.commit([figures = readFigures()](State& state) {
+    state.figures = figures;
+    state.historicCPU.insert(figures.CPUEnergy);
+    state.historicDRAM.insert(figures.DRAMEnergy);
+    state.historicANE.insert(figures.ANEEnergy);
+    state.historicPKG.insert(figures.PKGEnergy);
+    state.historicGPU.insert(figures.GPUEnergy);
+    state.axis = powerAxisFor(state.historicPKG.largest());
+  });
 }
 
 void ModuleModelPower::clearData() {
-  {
-    State emptied;  // freed after the lock is let go, with a history of hours perhaps
-    base::MutexLock lock(mutex_);
-    emptied.axis = state_.axis;
-    std::swap(state_, emptied);
-  }
+  state_.clear([](const State& former, State& emptied) { emptied.axis = former.axis; });
   publish();
 }
 
-ModuleModelPower::Figures ModuleModelPower::figures() const {
-  base::MutexLock lock(mutex_);
-  return state_.figures;
-}
-
-std::shared_ptr<const ModuleModelPower::Snapshot> ModuleModelPower::snapshot() const {
-  base::MutexLock lock(mutex_);
-  if (!state_.snapshot) {
-    state_.snapshot = std::make_shared<const Snapshot>(Snapshot{
-        state_.figures, state_.axis.labels, state_.axis.maxValue, state_.historicCPU.snapshot(),
-        state_.historicDRAM.snapshot(), state_.historicANE.snapshot(),
-        state_.historicPKG.snapshot(), state_.historicGPU.snapshot()});
-  }
-  return state_.snapshot;
+ModuleModelPower::Snapshot ModuleModelPower::State::snapshot() const {
+  return {figures,
+          axis.labels,
+          axis.maxValue,
+          historicCPU.snapshot(),
+          historicDRAM.snapshot(),
+          historicANE.snapshot(),
+          historicPKG.snapshot(),
+          historicGPU.snapshot()};
 }
 
 }  // namespace pallimo::modules

@@ -7,9 +7,9 @@
 #include <span>
 #include <string_view>
 
-#include "base/mutex.h"
 #include "modules/metric_history.h"
 #include "modules/metric_model.h"
+#include "modules/model_state.h"
 #include "modules/power_axis.h"
 #include "sampling/sample_reader.h"
 
@@ -53,9 +53,9 @@ class ModuleModelPower final : public MetricModel {
   /// The axis keeps its last labels until the next sample.
   void clearData() override;
 
-  Figures figures() const;
+  Figures figures() const { return state_.figures(); }
   /// Made when it is asked for and shared until the next change. Never nullptr.
-  std::shared_ptr<const Snapshot> snapshot() const;
+  std::shared_ptr<const Snapshot> snapshot() const { return state_.snapshot(); }
 
  private:
   struct State {
@@ -67,7 +67,8 @@ class ModuleModelPower final : public MetricModel {
     MetricHistory historicANE{MetricHistory::kUnbounded};
     MetricHistory historicPKG;
     MetricHistory historicGPU;
-    std::shared_ptr<const Snapshot> snapshot;  // of this very state, once it was asked for
+
+    Snapshot snapshot() const;
   };
 
   explicit ModuleModelPower(std::weak_ptr<const sampling::SampleReader> reader);
@@ -75,9 +76,7 @@ class ModuleModelPower final : public MetricModel {
   Figures readFigures() const;
 
   const std::weak_ptr<const sampling::SampleReader> reader_;
-
-  mutable base::Mutex mutex_;
-  mutable State state_ PALLIMO_GUARDED_BY(mutex_);
+  ModelState<State, Figures, Snapshot> state_;
 };
 
 }  // namespace pallimo::modules

@@ -3,7 +3,14 @@
 
 #include "logging/sample_rows.h"
 
+#include <cmath>
+
+#include "fakes/fake_accelerator_registry.h"
+#include "fakes/fake_hid_sensors.h"
+#include "fakes/fake_processor_ticks.h"
 #include "fakes/fake_sample_reader.h"
+#include "fakes/fake_smc_device.h"
+#include "fakes/fake_system_controls.h"
 #include "fakes/manual_clock.h"
 #include "logging/log_file_data.h"
 
@@ -14,8 +21,27 @@ using base::PropertyList;
 using std::chrono::milliseconds;
 using Values = std::vector<double>;
 
-/// Power and frequency models over one sample, and rows of them.
+/// A machine with HID sensors, whose processors have counted since boot.
+struct Machine {
+  fakes::FakeSystemControls controls;
+  fakes::FakeSmcDevice smc;
+  fakes::FakeHidSensors hid;
+  fakes::FakeProcessorTicks ticks;
+  fakes::FakeAcceleratorRegistry accelerators;
+
+  Machine() {
+    controls.setText("hw.model", "MacBookAir10,1");
+    hid.add("Te0i", 41.5);
+    hid.add("Tp0i", 62.75);
+    hid.add("Tg0i", 44.25);
+    ticks.set({{0, 0, 100, 0}, {50, 0, 50, 0}, {100, 0, 0, 0}, {100, 0, 0, 0}});
+    accelerators.add(fakes::FakeAcceleratorRegistry::appleGPU("Apple M1", 37));
+  }
+};
+
+/// The four models over one sample, and rows of them.
 struct RowsFixture {
+  Machine machine;
   base::NotificationCentre notifications;
   fakes::ManualClock clock;
   std::shared_ptr<fakes::FakeSampleReader> reader = std::make_shared<fakes::FakeSampleReader>();
@@ -23,7 +49,13 @@ struct RowsFixture {
       modules::ModuleModelPower::create(notifications, reader);
   std::shared_ptr<modules::ModuleModelFrequency> frequency =
       modules::ModuleModelFrequency::create(notifications, reader);
-  SampleRows rows{clock, {power, frequency}};
+  std::shared_ptr<modules::ModuleModelTemperature> temperature =
+      modules::ModuleModelTemperature::create(notifications,
+                                              {machine.controls, machine.smc, machine.hid});
+  std::shared_ptr<modules::ModuleModelUtilization> utilization =
+      modules::ModuleModelUtilization::create(notifications, reader,
+                                              {machine.ticks, machine.accelerators});
+  SampleRows rows{clock, {power, frequency, temperature, utilization}};
   std::vector<LogRow> received;
 
   RowsFixture() {
@@ -35,11 +67,14 @@ struct RowsFixture {
                             {"combined_power", PropertyList(5000.0)}});
     reader->setClusterFrequencies({{"E-Cluster", 1500}, {"P-Cluster", 2250}});
     reader->setGPUFrequency({{"freq_hz", PropertyList(750.0)}});
+    reader->setClusterCPUs({{"E-Cluster", {0, 1}}, {"P-Cluster", {2, 3}}});
   }
 
   void ingest() {
     power->ingestSample();
     frequency->ingestSample();
+    temperature->ingestSample();
+    utilization->ingestSample();
   }
 
   LogRow append() {
@@ -73,6 +108,46 @@ TEST(SampleRows, AFrequencyIsRoundedOnlyWhenItIsWritten) {
   EXPECT_EQ(formatRow(row, row.time).cpuECoreFrequency, "1235");
 }
 
+TEST(SampleRows, TakesEachTemperatureAsItIs) {
+  RowsFixture f;
+  f.ingest();
+  const LogRow row = f.append();
+  EXPECT_EQ((Values{row.cpuMinTmp, row.cpuAvgTmp, row.cpuMaxTmp, row.gpuAvgTmp}),
+            (Values{41.5, 52.125, 62.75, 44.25}));
+}
+
+TEST(SampleRows, TakesEachUtilizationInPercent) {
+  RowsFixture f;
+  f.ingest();
+  const LogRow row = f.append();
+  EXPECT_EQ(
+      (Values{row.cpuUtilization, row.cpuEUtilization, row.cpuPUtilization, row.gpuUtilization}),
+      (Values{62.5, 25, 100, 37}));
+}
+
+TEST(SampleRows, HalfAProcessorIsWrittenAsFiftyPercent) {
+  RowsFixture f;
+  f.machine.ticks.set({{50, 0, 50, 0}});
+  f.ingest();
+  const LogRow row = f.append();
+  EXPECT_EQ(formatRow(row, row.time).cpuUtilization, "50.000");
+}
+
+TEST(SampleRows, WhatIsNotANumberStaysSo) {
+  RowsFixture f;
+  f.machine.hid.clear();
+  f.machine.ticks.fail();
+  f.ingest();
+  const LogRow row = f.append();
+  EXPECT_EQ(row.cpuMinTmp, -1);
+  EXPECT_EQ(row.cpuMaxTmp, -1);
+  EXPECT_TRUE(std::isnan(row.cpuAvgTmp));
+  EXPECT_TRUE(std::isnan(row.gpuAvgTmp));
+  EXPECT_TRUE(std::isnan(row.cpuUtilization));
+  EXPECT_TRUE(std::isnan(row.cpuEUtilization));
+  EXPECT_TRUE(std::isnan(row.cpuPUtilization));
+}
+
 TEST(SampleRows, TakesTheWallClocksTime) {
   RowsFixture f;
   f.clock.set(std::chrono::system_clock::from_time_t(1'709'647'353));
@@ -84,7 +159,11 @@ TEST(SampleRows, TakesTheWallClocksTime) {
 TEST(SampleRows, FiguresWithoutAModuleStandAtNothing) {
   RowsFixture f;
   f.ingest();
-  const LogRow row = f.append();
+  SampleRows rows(f.clock, {f.power, f.frequency, nullptr, nullptr});
+  LogRow row;
+  rows.addReceiver([&](const LogRow& taken) { row = taken; });
+  rows.appendRow();
+  EXPECT_EQ(row.pkgPower, 5);
   EXPECT_EQ((Values{row.cpuAvgTmp, row.cpuMaxTmp, row.cpuMinTmp, row.gpuAvgTmp, row.cpuUtilization,
                     row.cpuEUtilization, row.cpuPUtilization, row.gpuUtilization}),
             Values(8, 0));
@@ -117,7 +196,7 @@ TEST(SampleRows, EachStepIsARowOfItsOwn) {
 TEST(SampleRows, EveryReceiverGetsTheSameRowInTheOrderOfAdding) {
   RowsFixture f;
   std::vector<int> order;
-  SampleRows rows(f.clock, {f.power, f.frequency});
+  SampleRows rows(f.clock, {f.power, f.frequency, f.temperature, f.utilization});
   std::vector<double> figures;
   rows.addReceiver([&](const LogRow& row) {
     order.push_back(1);
@@ -138,8 +217,8 @@ TEST(SampleRows, AClearedModelGivesZeroes) {
   f.ingest();
   f.notifications.post("ClearData");
   const LogRow row = f.append();
-  EXPECT_EQ(row.pkgPower, 0);
-  EXPECT_EQ(row.cpuECoreFrequency, 0);
+  EXPECT_EQ((Values{row.pkgPower, row.cpuECoreFrequency, row.cpuMaxTmp, row.cpuUtilization}),
+            Values(4, 0));
 }
 
 }  // namespace

@@ -71,6 +71,15 @@ TEST(MetricHistory, ASnapshotCarriesTheNewestOfAnUnboundedOne) {
   EXPECT_EQ(snapshot.newest.back(), 99'999 - 511);
 }
 
+TEST(MetricHistory, AnEmptyOneHasNoNewestValue) {
+  EXPECT_EQ(MetricHistory().newest(), std::nullopt);
+}
+
+TEST(MetricHistory, NamesItsNewestValue) {
+  EXPECT_EQ(historyOf({1, 3, 2}).newest(), 2);
+  EXPECT_TRUE(std::isnan(historyOf({5, kNaN}).newest().value()));
+}
+
 TEST(MetricHistory, AnEmptyOneHasNoLargestValue) {
   EXPECT_EQ(MetricHistory().largest(), std::nullopt);
 }

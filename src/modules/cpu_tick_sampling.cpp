@@ -1,0 +1,89 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 The Pallimo authors
+
+#include "modules/cpu_tick_sampling.h"
+
+#include <algorithm>
+#include <cstddef>
+
+namespace pallimo::modules {
+
+namespace {
+
+double signedCount(std::uint32_t ticks) { return static_cast<std::int32_t>(ticks); }
+
+void add(CPUUnitInfo& sum, const CPUUnitInfo& info) {
+  sum.user += info.user;
+  sum.system += info.system;
+  sum.idle += info.idle;
+  sum.nice += info.nice;
+}
+
+void divide(CPUUnitInfo& sum, std::size_t count) {
+  const auto divisor = static_cast<double>(count);
+  sum.user /= divisor;
+  sum.system /= divisor;
+  sum.idle /= divisor;
+  sum.nice /= divisor;
+}
+
+CPUUnitInfo clusterAverage(const TickSnapshot& list, const std::vector<std::int64_t>& cpus) {
+  CPUUnitInfo average;
+  for (const std::int64_t cpu : cpus) {
+    const auto found = std::find_if(list.begin(), list.end(),
+                                    [cpu](const CPUUnitInfo& info) { return info.cpuNum == cpu; });
+    if (found != list.end()) add(average, *found);
+  }
+  divide(average, std::max<std::size_t>(1, cpus.size()));
+  return average;
+}
+
+}  // namespace
+
+TickSnapshot takeTickSnapshot(ports::ProcessorTicks& ticks) {
+  TickSnapshot snapshot;
+  const auto counts = ticks.read();
+  if (!counts) return snapshot;
+  snapshot.reserve(counts->size());
+  std::int64_t cpuNum = 0;
+  for (const auto& [user, system, idle, nice] : *counts) {
+    snapshot.push_back(
+        {cpuNum++, signedCount(user), signedCount(system), signedCount(idle), signedCount(nice)});
+  }
+  return snapshot;
+}
+
+TickSnapshot tickDeltas(const std::optional<TickSnapshot>& previous, const TickSnapshot& current) {
+  if (!previous || previous->size() != current.size()) return current;
+  TickSnapshot deltas;
+  deltas.reserve(current.size());
+  for (std::size_t i = 0; i < current.size(); ++i) {
+    const CPUUnitInfo& before = (*previous)[i];
+    const CPUUnitInfo& now = current[i];
+    deltas.push_back({static_cast<std::int64_t>(i), now.user - before.user,
+                      now.system - before.system, now.idle - before.idle, now.nice - before.nice});
+  }
+  return deltas;
+}
+
+CPUUnitInfo tickAverage(const TickSnapshot& list) {
+  CPUUnitInfo average;
+  for (const CPUUnitInfo& info : list) add(average, info);
+  if (!list.empty()) divide(average, list.size());
+  return average;
+}
+
+std::map<std::string, CPUUnitInfo, std::less<>> clusterTickAverages(
+    const TickSnapshot& list, const sampling::ClusterCPUs& membership) {
+  std::map<std::string, CPUUnitInfo, std::less<>> averages;
+  for (const auto& [name, cpus] : membership) averages.emplace(name, clusterAverage(list, cpus));
+  return averages;
+}
+
+// Written from the left: each step adds to the sum so far, so that the last bit does not depend on
+// who asks. (Which side of a + stands first makes no difference, how the sums nest does.)
+double busyFraction(const CPUUnitInfo& info) {
+  return 1 - info.idle / (info.user + info.system + info.idle + info.nice);
+}
+
+}  // namespace pallimo::modules
