@@ -3,15 +3,16 @@
 
 #include "app/general_model.h"
 
-#include "sensors/apple_silicon.h"
+#include "sensors/sg_system_info.h"
 
 namespace pallimo::app {
 
 namespace {
 
 helper_link::Processor processorOf(const Platform& platform) {
-  return sensors::isAppleSilicon(platform.systemControls) ? helper_link::Processor::appleSilicon
-                                                          : helper_link::Processor::other;
+  return sensors::SGSystemInfo(platform.systemControls).isAppleSilicon()
+             ? helper_link::Processor::appleSilicon
+             : helper_link::Processor::other;
 }
 
 sampling::SGPowerMetrics::Services engineServices(const Platform& platform) {
@@ -35,19 +36,27 @@ GeneralModel::GeneralModel(const Platform& platform)
       modelPower_(modules::ModuleModelPower::create(platform.notifications, modelPowerMetrics_)),
       modelFrequency_(
           modules::ModuleModelFrequency::create(platform.notifications, modelPowerMetrics_)),
+      modelTemperature_(modules::ModuleModelTemperature::create(
+          platform.notifications,
+          {platform.systemControls, platform.smcDevice, platform.hidSensors})),
+      modelUtilization_(modules::ModuleModelUtilization::create(
+          platform.notifications, modelPowerMetrics_,
+          {platform.processorTicks, platform.accelerators})),
+      modelMainTitle_(modules::ModuleModelMainTitle::create(
+          {platform.systemControls, platform.accelerators, platform.programLauncher,
+           platform.propertyLists})),
       sampleRows_(std::make_shared<logging::SampleRows>(
-          platform.clock, logging::SampleRows::Models{modelPower_, modelFrequency_})) {
+          platform.clock, logging::SampleRows::Models{modelPower_, modelFrequency_,
+                                                      modelTemperature_, modelUtilization_})) {
   wire();
 }
 
 void GeneralModel::wire() {
   xpcmanager_->setPowerMetricsModelDelegate(modelPowerMetrics_);
+  xpcmanager_->setUtilizationModelDelegate(modelUtilization_);
   modelPowerMetrics_->setGate(xpcmanager_);
-  sampling::SGPowerMetrics::Fanout fanout;
-  fanout.power = modelPower_;
-  fanout.frequency = modelFrequency_;
-  fanout.log = sampleRows_;
-  modelPowerMetrics_->setFanout(std::move(fanout));
+  modelPowerMetrics_->setFanout(
+      {modelPower_, modelUtilization_, modelFrequency_, modelTemperature_, sampleRows_});
 }
 
 void GeneralModel::applicationWillTerminate() {

@@ -9,7 +9,10 @@
 #include "helper_link/xpc_manager.h"
 #include "logging/sample_rows.h"
 #include "modules/module_model_frequency.h"
+#include "modules/module_model_main_title.h"
 #include "modules/module_model_power.h"
+#include "modules/module_model_temperature.h"
+#include "modules/module_model_utilization.h"
 #include "sampling/sg_power_metrics.h"
 
 namespace pallimo::app {
@@ -35,6 +38,15 @@ class GeneralModel {
   const std::shared_ptr<modules::ModuleModelFrequency>& modelFrequency() const {
     return modelFrequency_;
   }
+  const std::shared_ptr<modules::ModuleModelTemperature>& modelTemperature() const {
+    return modelTemperature_;
+  }
+  const std::shared_ptr<modules::ModuleModelUtilization>& modelUtilization() const {
+    return modelUtilization_;
+  }
+  const std::shared_ptr<modules::ModuleModelMainTitle>& modelMainTitle() const {
+    return modelMainTitle_;
+  }
   const std::shared_ptr<logging::SampleRows>& sampleRows() const { return sampleRows_; }
 
   /// The app is about to end: tells the helper to stop. Sampling is not stopped separately.
@@ -49,6 +61,9 @@ class GeneralModel {
   const std::shared_ptr<helper_link::XPCManager> xpcmanager_;
   const std::shared_ptr<modules::ModuleModelPower> modelPower_;
   const std::shared_ptr<modules::ModuleModelFrequency> modelFrequency_;
+  const std::shared_ptr<modules::ModuleModelTemperature> modelTemperature_;
+  const std::shared_ptr<modules::ModuleModelUtilization> modelUtilization_;
+  const std::shared_ptr<modules::ModuleModelMainTitle> modelMainTitle_;
   /// Reads the models above, so it comes after them.
   const std::shared_ptr<logging::SampleRows> sampleRows_;
 };

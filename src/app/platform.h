@@ -4,13 +4,18 @@
 #pragma once
 
 #include "base/notification_centre.h"
+#include "ports/accelerator_registry.h"
 #include "ports/bundle.h"
 #include "ports/clock.h"
 #include "ports/console.h"
 #include "ports/helper_connection.h"
 #include "ports/helper_installer.h"
+#include "ports/hid_sensors.h"
 #include "ports/main_queue.h"
+#include "ports/processor_ticks.h"
+#include "ports/program_launcher.h"
 #include "ports/property_list_reader.h"
+#include "ports/smc_device.h"
 #include "ports/system_controls.h"
 #include "ports/system_log.h"
 #include "ports/user_defaults.h"
@@ -26,6 +31,11 @@ struct Platform {
   ports::UserDefaults& defaults;
   const ports::PropertyListReader& propertyLists;
   const ports::SystemControls& systemControls;
+  ports::SmcDevice& smcDevice;
+  ports::HidSensors& hidSensors;
+  ports::AcceleratorRegistry& accelerators;
+  ports::ProcessorTicks& processorTicks;
+  ports::ProgramLauncher& programLauncher;
   ports::HelperConnector& helperConnector;
   ports::HelperInstaller& helperInstaller;
   ports::Bundle& bundle;

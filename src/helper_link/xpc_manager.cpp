@@ -54,6 +54,11 @@ std::shared_ptr<PowerMetricsModelDelegate> XPCManager::powerMetricsModelDelegate
   return powerMetricsModelDelegate_.lock();
 }
 
+std::shared_ptr<UtilizationModelDelegate> XPCManager::utilizationModelDelegate() const {
+  base::MutexLock lock(mutex_);
+  return utilizationModelDelegate_.lock();
+}
+
 std::shared_ptr<MoreButtonModelDelegate> XPCManager::morebuttonModelDelegate() const {
   base::MutexLock lock(mutex_);
   return morebuttonModelDelegate_.lock();

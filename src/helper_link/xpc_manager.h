@@ -46,6 +46,7 @@ class XPCManager final : public SamplingGate, public std::enable_shared_from_thi
   void setUtilizationModelDelegate(std::weak_ptr<UtilizationModelDelegate> delegate);
   std::shared_ptr<ContentModelDelegate> contentModelDelegate() const;
   std::shared_ptr<PowerMetricsModelDelegate> powerMetricsModelDelegate() const;
+  std::shared_ptr<UtilizationModelDelegate> utilizationModelDelegate() const;
 
   bool isAuthorized() const override { return isAuthorized_; }
   bool isRequestedToUninstall() const override { return isRequestedToUninstall_; }

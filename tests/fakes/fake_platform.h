@@ -6,9 +6,14 @@
 #include "adapters/libplist/libplist_reader.h"
 #include "app/platform.h"
 #include "base/notification_centre.h"
+#include "fakes/fake_accelerator_registry.h"
 #include "fakes/fake_bundle.h"
 #include "fakes/fake_helper_connector.h"
 #include "fakes/fake_helper_installer.h"
+#include "fakes/fake_hid_sensors.h"
+#include "fakes/fake_processor_ticks.h"
+#include "fakes/fake_program_launcher.h"
+#include "fakes/fake_smc_device.h"
 #include "fakes/fake_system_controls.h"
 #include "fakes/manual_clock.h"
 #include "fakes/manual_main_queue.h"
@@ -18,13 +23,19 @@
 namespace pallimo::fakes {
 
 /// A platform of fakes, except for the property-list reader, which is the one that ships. A Mac
-/// with Apple silicon that embeds helper 1.0 and whose helper is the test.
+/// with Apple silicon that embeds helper 1.0 and whose helper is the test; without keys, ticks and
+/// GPU until the test adds them.
 struct FakePlatform {
   ManualMainQueue mainQueue;
   base::NotificationCentre notifications;
   MemoryUserDefaults defaults;
   adapters::libplist::LibplistReader propertyLists;
   FakeSystemControls systemControls;
+  FakeSmcDevice smcDevice;
+  FakeHidSensors hidSensors;
+  FakeAcceleratorRegistry accelerators;
+  FakeProcessorTicks processorTicks;
+  FakeProgramLauncher programLauncher;
   FakeHelperConnector helperConnector;
   FakeHelperInstaller helperInstaller;
   FakeBundle bundle;
@@ -34,15 +45,18 @@ struct FakePlatform {
 
   FakePlatform() {
     setCpuType(0x0100000C);
+    systemControls.setText("hw.model", "Mac14,9");
+    systemControls.setText("machdep.cpu.brand_string", "Apple M2 Pro");
     bundle.embedHelper("1.0");
   }
 
   void setCpuType(std::int64_t type) { systemControls.setInteger("hw.cputype", type); }
 
   app::Platform platform() {
-    return {mainQueue,      notifications,   defaults,        propertyLists,
-            systemControls, helperConnector, helperInstaller, bundle,
-            clock,          console,         systemLog};
+    return {mainQueue,       notifications,   defaults,     propertyLists,  systemControls,
+            smcDevice,       hidSensors,      accelerators, processorTicks, programLauncher,
+            helperConnector, helperInstaller, bundle,       clock,          console,
+            systemLog};
   }
 };
 

@@ -9,7 +9,8 @@
 
 namespace pallimo::scenarios {
 
-/// The figures of one document of powermetrics, in its own units.
+/// The figures of one document of powermetrics, in its own units. Processor 0 is an efficiency core,
+/// processor 1 a performance core.
 struct SampleDocument {
   int combinedPower = 12000;  ///< mW
   int cpuEnergy = 4000;       ///< mJ over the period, as the four below
@@ -25,13 +26,15 @@ inline std::string xmlOf(const SampleDocument& sample) {
   const auto entry = [](const char* key, const char* kind, const std::string& value) {
     return "<key>" + std::string(key) + "</key><" + kind + ">" + value + "</" + kind + ">\n";
   };
-  const auto cluster = [&](const char* name, double hertz) {
+  const auto cluster = [&](const char* name, double hertz, const char* cpu) {
     return "<dict>\n" + entry("name", "string", name) +
-           entry("freq_hz", "real", std::to_string(hertz)) + "</dict>\n";
+           entry("freq_hz", "real", std::to_string(hertz)) + "<key>cpus</key><array><dict>" +
+           entry("cpu", "integer", cpu) + "</dict></array></dict>\n";
   };
   return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist version=\"1.0\">\n<dict>\n"
          "<key>processor</key>\n<dict>\n<key>clusters</key>\n<array>\n" +
-         cluster("E-Cluster", sample.efficiencyHz) + cluster("P-Cluster", sample.performanceHz) +
+         cluster("E-Cluster", sample.efficiencyHz, "0") +
+         cluster("P-Cluster", sample.performanceHz, "1") +
          "</array>\n" + entry("combined_power", "real", std::to_string(sample.combinedPower)) +
          entry("cpu_energy", "integer", std::to_string(sample.cpuEnergy)) +
          entry("dram_energy", "integer", std::to_string(sample.dramEnergy)) +

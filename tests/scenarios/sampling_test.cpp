@@ -6,7 +6,17 @@
 namespace pallimo::scenarios {
 namespace {
 
-using Sampling = WholeProgram;
+class Sampling : public WholeProgram {
+ protected:
+  /// Two temperatures of the CPU and one of the GPU, two processors since boot, a GPU at work.
+  void giveSensors() {
+    platform_.smcDevice.setFloat("Tp01", 40);
+    platform_.smcDevice.setFloat("Tp05", 60);
+    platform_.smcDevice.setFloat("Tg05", 35);
+    platform_.processorTicks.set({{20, 5, 75, 0}, {50, 25, 25, 0}});
+    platform_.accelerators.add(fakes::FakeAcceleratorRegistry::appleGPU("Apple M2 Pro", 37));
+  }
+};
 
 const std::string kRequest = "requestPowermetrics 500.000000";
 
@@ -29,11 +39,30 @@ TEST_F(Sampling, NothingIsAskedBeforeTheHelperHasAnswered) {
 }
 
 TEST_F(Sampling, ASampleBecomesARow) {
+  giveSensors();
   startWithUsableHelper();
   helperSends();
   EXPECT_EQ(output_.takeLines()[1],
-            "13:02:33.123, 0.000, 12.000, 8.000, 1.000, 0.100, 3.000, 1500, 3000, 444, 0, 0, 0, 0, "
-            "0.000, 0.000, 0.000, 0.000");
+            "13:02:33.123, 0.000, 12.000, 8.000, 1.000, 0.100, 3.000, 1500, 3000, 444, 40, 50, 60, "
+            "35, 50.000, 25.000, 75.000, 37.000");
+}
+
+TEST_F(Sampling, WithoutSensorsTicksAndGpuTheRowSaysSo) {
+  startWithUsableHelper();
+  helperSends();
+  EXPECT_EQ(output_.takeLines()[1],
+            "13:02:33.123, 0.000, 12.000, 8.000, 1.000, 0.100, 3.000, 1500, 3000, 444, -1, nan, -1, "
+            "nan, nan, nan, nan, 0.000");
+}
+
+TEST_F(Sampling, UtilisationCountsFromOneSampleToTheNext) {
+  giveSensors();
+  startWithUsableHelper();
+  helperSends();
+  platform_.processorTicks.advance({{10, 0, 0, 0}, {0, 0, 30, 0}});
+  helperSends();
+  const Lines lines = output_.takeLines();
+  EXPECT_EQ(lines[2].substr(lines[2].size() - 30), "25.000, 100.000, 0.000, 37.000");
 }
 
 TEST_F(Sampling, ElapsedTimeCountsFromTheFirstRow) {
@@ -73,13 +102,17 @@ TEST_F(Sampling, ADocumentThatCannotBeReadIsARowOfZeros) {
 
 TEST_F(Sampling, TheModelsPublishOnceASampleWasDistributed) {
   startWithUsableHelper();
-  int power = 0;
-  int frequency = 0;
-  const auto one = general().modelPower()->observe([&] { ++power; });
-  const auto other = general().modelFrequency()->observe([&] { ++frequency; });
+  Lines published;
+  const auto power = general().modelPower()->observe([&] { published.push_back("power"); });
+  const auto utilization =
+      general().modelUtilization()->observe([&] { published.push_back("utilization"); });
+  const auto frequency =
+      general().modelFrequency()->observe([&] { published.push_back("frequency"); });
+  const auto temperature =
+      general().modelTemperature()->observe([&] { published.push_back("temperature"); });
   helperSends();
-  EXPECT_EQ(power, 1);
-  EXPECT_EQ(frequency, 1);
+  std::sort(published.begin(), published.end());
+  EXPECT_EQ(published, (Lines{"frequency", "power", "temperature", "utilization"}));
 }
 
 TEST_F(Sampling, AChangedPeriodClearsTheHistoriesAndShowsInTheNextRequest) {

@@ -27,6 +27,9 @@ TEST_F(GeneralModelTest, OwnsEveryModel) {
   EXPECT_NE(general.xpcmanager(), nullptr);
   EXPECT_NE(general.modelPower(), nullptr);
   EXPECT_NE(general.modelFrequency(), nullptr);
+  EXPECT_NE(general.modelTemperature(), nullptr);
+  EXPECT_NE(general.modelUtilization(), nullptr);
+  EXPECT_NE(general.modelMainTitle(), nullptr);
   EXPECT_NE(general.sampleRows(), nullptr);
 }
 
@@ -52,16 +55,33 @@ TEST_F(GeneralModelTest, TheEngineAsksTheManagersGate) {
   EXPECT_EQ(platform_.helperConnector.count(), 1u);
 }
 
-TEST_F(GeneralModelTest, ASampleReachesPowerAndFrequencyBeforeTheRowIsTaken) {
+TEST_F(GeneralModelTest, ReadsTheMachinesIdentity) {
+  platform_.systemControls.setInteger("hw.perflevel0.logicalcpu", 8);
+  platform_.accelerators.add(fakes::FakeAcceleratorRegistry::appleGPU("Apple M2 Pro", 0));
+  const GeneralModel general(platform_.platform());
+  EXPECT_EQ(general.modelMainTitle()->appleSiliconName(), "Apple M2 Pro");
+  EXPECT_EQ(general.modelMainTitle()->gpuName(), "Apple M2 Pro");
+  EXPECT_EQ(general.modelMainTitle()->numberOfPCore(), 8);
+  EXPECT_EQ(general.modelTemperature()->sensorTmp().machineModel(), "Mac14,9");
+}
+
+TEST_F(GeneralModelTest, TheManagerKnowsTheUtilisationModule) {
+  const GeneralModel general(platform_.platform());
+  EXPECT_EQ(general.xpcmanager()->utilizationModelDelegate(), general.modelUtilization());
+}
+
+TEST_F(GeneralModelTest, ASampleReachesEveryModuleBeforeTheRowIsTaken) {
   const GeneralModel general(platform_.platform());
   platform_.notifications.post(base::notification::kXPCDidInstall);
   std::vector<std::size_t> lengths;
   general.sampleRows()->addReceiver([&](const logging::LogRow&) {
     lengths = {general.modelPower()->snapshot()->historicPKG.length,
-               general.modelFrequency()->snapshot()->historicECore.length};
+               general.modelUtilization()->snapshot()->historic.length,
+               general.modelFrequency()->snapshot()->historicECore.length,
+               general.modelTemperature()->snapshot()->historicCPUAvg.length};
   });
   general.modelPowerMetrics()->handleResult(base::Bytes{});
-  EXPECT_EQ(lengths, (std::vector<std::size_t>{1, 1}));
+  EXPECT_EQ(lengths, (std::vector<std::size_t>{1, 1, 1, 1}));
 }
 
 TEST_F(GeneralModelTest, The64BitArmTypeIsAppleSilicon) {
@@ -99,11 +119,15 @@ TEST_F(GeneralModelTest, NoModelKeepsAnotherAlive) {
   const std::weak_ptr<sampling::SGPowerMetrics> engine = general->modelPowerMetrics();
   const std::weak_ptr<helper_link::XPCManager> manager = general->xpcmanager();
   const std::weak_ptr<modules::ModuleModelPower> power = general->modelPower();
+  const std::weak_ptr<modules::ModuleModelUtilization> utilization = general->modelUtilization();
+  const std::weak_ptr<modules::ModuleModelTemperature> temperature = general->modelTemperature();
   const std::weak_ptr<logging::SampleRows> rows = general->sampleRows();
   general.reset();
   EXPECT_TRUE(engine.expired());
   EXPECT_TRUE(manager.expired());
   EXPECT_TRUE(power.expired());
+  EXPECT_TRUE(utilization.expired());
+  EXPECT_TRUE(temperature.expired());
   EXPECT_TRUE(rows.expired());
 }
 
