@@ -9,49 +9,44 @@ namespace {
 
 constexpr std::int64_t kCpuTypeArm64 = 0x0100000C;
 constexpr std::int64_t kPageSize = 16384;
-constexpr std::int64_t kGibibyte = std::int64_t{1} << 30;
+
+std::string nameOf(CoreKind kind) {
+  switch (kind) {
+    case CoreKind::efficiency:
+      return "Efficiency";
+    case CoreKind::performance:
+      return "Performance";
+    case CoreKind::super:
+      return "Super";
+  }
+  return {};
+}
 
 }  // namespace
 
-MachineDescription macBookProM2Pro() {
-  const std::vector<int> efficiency{600, 912, 1284, 1752, 2004, 2256, 2424};
-  const std::vector<int> performance{660,  924,  1188, 1452, 1704, 1968, 2208, 2400, 2568,
-                                     2724, 2868, 3000, 3132, 3264, 3360, 3408, 3504};
-  MachineDescription machine;
-  machine.name = "MacBook Pro M2 Pro";
-  machine.chip = "Apple M2 Pro";
-  machine.model = "Mac14,9";
-  machine.osVersion = "23G93";
-  machine.memoryBytes = 16 * kGibibyte;
-  machine.clusters = {{"E-Cluster", CoreKind::efficiency, 4, efficiency, 420},
-                      {"P0-Cluster", CoreKind::performance, 4, performance, 4300},
-                      {"P1-Cluster", CoreKind::performance, 4, performance, 4300}};
-  machine.gpu = {19, {444, 612, 808, 968, 1110, 1236, 1338, 1398}, 21000};
-  machine.anePeakMilliwatts = 3800;
-  return machine;
-}
-
 SystemControlValues systemControlsOf(const MachineDescription& machine) {
   const auto cores = static_cast<std::int64_t>(machine.coreCount());
-  const auto fast = static_cast<std::int64_t>(machine.coreCount(CoreKind::performance));
-  const auto slow = static_cast<std::int64_t>(machine.coreCount(CoreKind::efficiency));
-  return {
+  const std::vector<CoreKind> kinds = machine.kinds();
+  SystemControlValues values{
       {"hw.activecpu", cores},
       {"hw.cputype", kCpuTypeArm64},
       {"hw.logicalcpu", cores},
       {"hw.memsize", machine.memoryBytes},
       {"hw.model", machine.model},
       {"hw.ncpu", cores},
-      {"hw.nperflevels", std::int64_t{2}},
+      {"hw.nperflevels", static_cast<std::int64_t>(kinds.size())},
       {"hw.pagesize", kPageSize},
-      {"hw.perflevel0.logicalcpu", fast},
-      {"hw.perflevel0.name", std::string("Performance")},
-      {"hw.perflevel1.logicalcpu", slow},
-      {"hw.perflevel1.name", std::string("Efficiency")},
       {"hw.physicalcpu", cores},
       {"kern.osversion", machine.osVersion},
       {"machdep.cpu.brand_string", machine.chip},
   };
+  for (std::size_t level = 0; level < kinds.size(); ++level) {
+    const std::string prefix = "hw.perflevel" + std::to_string(level);
+    const auto count = static_cast<std::int64_t>(machine.coreCount(kinds[level]));
+    values.emplace(prefix + ".logicalcpu", count);
+    values.emplace(prefix + ".name", nameOf(kinds[level]));
+  }
+  return values;
 }
 
 }  // namespace pallimo::adapters::simulated

@@ -8,12 +8,22 @@
 
 namespace pallimo::adapters::simulated {
 
-/// A 14-inch MacBook Pro of 2023 with the larger M2 Pro. Clusters, processor numbers and frequency
-/// tables are those that powermetrics prints on machines of this family; peak powers are round
-/// figures of the size that it reports under full load.
-MachineDescription macBookProM2Pro();
+// The built-in machines. Clusters, processor numbers and frequency tables are those that
+// powermetrics prints on machines with these chips; where no such document was at hand, the source
+// says so. Peak powers are round figures of the size that it reports under full load. Sensor names
+// are those under which Macs publish their temperatures; which chip has which of them is made up,
+// with several a core on a chip of few cores and about forty on the large ones.
 
-/// The kernel variables of a built-in machine, as an Apple-silicon Mac answers them.
+MachineDescription macBookAirM1();     ///< 13-inch, 2020; the eight-core GPU
+MachineDescription macBookProM1Pro();  ///< 14-inch, 2021
+MachineDescription macBookProM2Pro();  ///< 14-inch, 2023; the larger M2 Pro
+MachineDescription macStudioM2Ultra();
+MachineDescription macMiniM4();
+MachineDescription macBookProM4Max();  ///< 16-inch, 2024; the larger M4 Max
+MachineDescription macBookProM5Pro();
+
+/// The kernel variables of a built-in machine, as an Apple-silicon Mac answers them. Performance
+/// level 0 is its fastest kind of core.
 SystemControlValues systemControlsOf(const MachineDescription& machine);
 
 }  // namespace pallimo::adapters::simulated

@@ -18,14 +18,24 @@ bool isSameName(std::string_view left, std::string_view right) {
                     [](char a, char b) { return lowered(a) == lowered(b); });
 }
 
+/// "12 cores: E 4, P0 4, P1 4": the clusters' names without the word that they share.
 std::string clusterText(const MachineDescription& machine) {
   std::string text = std::to_string(machine.coreCount()) + " cores:";
   const char* separator = " ";
   for (const ClusterDescription& cluster : machine.clusters) {
-    text.append(separator).append(cluster.name).append(" ").append(std::to_string(cluster.cores));
+    const std::string name = cluster.name.substr(0, cluster.name.find('-'));
+    text.append(separator).append(name).append(" ").append(std::to_string(cluster.cores));
     separator = ", ";
   }
   return text;
+}
+
+std::string gpuText(const MachineDescription& machine) {
+  return std::to_string(machine.gpu.cores) + "-core GPU";
+}
+
+std::string temperatureText(const MachineDescription& machine) {
+  return machine.temperatures == TemperatureSource::smc ? "temperatures: SMC" : "temperatures: HID";
 }
 
 std::string padded(std::string text, std::size_t width) {
@@ -36,7 +46,9 @@ std::string padded(std::string text, std::size_t width) {
 }  // namespace
 
 const std::vector<MachineDescription>& builtinMachines() {
-  static const std::vector<MachineDescription> machines{macBookProM2Pro()};
+  static const std::vector<MachineDescription> machines{
+      macBookAirM1(), macBookProM1Pro(), macBookProM2Pro(), macStudioM2Ultra(),
+      macMiniM4(),    macBookProM4Max(), macBookProM5Pro()};
   return machines;
 }
 
@@ -48,23 +60,25 @@ const MachineDescription* findMachine(std::string_view name) {
   return found == machines.end() ? nullptr : &*found;
 }
 
-const std::string& defaultMachineName() { return builtinMachines().front().name; }
+const std::string& defaultMachineName() {
+  static const std::string name = macBookProM2Pro().name;
+  return name;
+}
 
 std::vector<std::string> machineList() {
-  std::size_t names = 0;
-  std::size_t chips = 0;
-  std::size_t clusters = 0;
-  for (const MachineDescription& machine : builtinMachines()) {
-    names = std::max(names, machine.name.size());
-    chips = std::max(chips, machine.chip.size());
-    clusters = std::max(clusters, clusterText(machine).size());
+  using Column = std::string (*)(const MachineDescription&);
+  constexpr Column kColumns[] = {[](const MachineDescription& machine) { return machine.name; },
+                                 [](const MachineDescription& machine) { return machine.chip; },
+                                 clusterText, gpuText};
+  std::vector<std::string> lines(builtinMachines().size());
+  for (const Column column : kColumns) {
+    std::size_t width = 0;
+    for (const auto& machine : builtinMachines()) width = std::max(width, column(machine).size());
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+      lines[i] += padded(column(builtinMachines()[i]), width) + "  ";
+    }
   }
-  std::vector<std::string> lines;
-  for (const MachineDescription& machine : builtinMachines()) {
-    lines.push_back(padded(machine.name, names) + "  " + padded(machine.chip, chips) + "  " +
-                    padded(clusterText(machine), clusters) + "  " +
-                    std::to_string(machine.gpu.cores) + "-core GPU");
-  }
+  for (std::size_t i = 0; i < lines.size(); ++i) lines[i] += temperatureText(builtinMachines()[i]);
   return lines;
 }
 

@@ -20,7 +20,8 @@ const MachineDescription* findMachine(std::string_view name);
 /// The machine of a run that names none.
 const std::string& defaultMachineName();
 
-/// One line a machine, without line ends, columns aligned: name, chip, clusters, GPU.
+/// One line a machine, without line ends, columns aligned: name, chip, clusters, GPU, and who
+/// answers for the temperatures.
 std::vector<std::string> machineList();
 
 }  // namespace pallimo::adapters::simulated

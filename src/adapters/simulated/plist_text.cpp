@@ -20,11 +20,13 @@ constexpr std::string_view kHead =
     "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
     "<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" "
     "\"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">\n"
-    "<plist version=\"1.0\">\n<dict>\n";
+    "<plist version=\"1.0\">\n";
 
 }  // namespace
 
-PlistText::PlistText() : text_(kHead) {}
+PlistText::PlistText(Top top) : top_(top), text_(kHead) {
+  text_.append(top == Top::dictionary ? "<dict>\n" : "<array>\n");
+}
 
 void PlistText::entry(std::string_view key, std::string_view kind, std::string_view value) {
   text_.append("<key>").append(key).append("</key><").append(kind).append(">").append(value);
@@ -75,7 +77,7 @@ void PlistText::beginArray(std::string_view key) {
 void PlistText::endArray() { text_.append("</array>\n"); }
 
 std::string PlistText::take() {
-  text_.append("</dict>\n</plist>\n");
+  text_.append(top_ == Top::dictionary ? "</dict>\n" : "</array>\n").append("</plist>\n");
   return std::move(text_);
 }
 

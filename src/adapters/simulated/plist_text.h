@@ -9,12 +9,15 @@
 
 namespace pallimo::adapters::simulated {
 
-/// Writes a property list as XML, line by line as powermetrics does. Keys and texts are written as
-/// they are given: they contain none of XML's special characters.
+/// Writes a property list as XML, line by line as powermetrics does, nothing indented. Keys and
+/// texts are written as they are given: they contain none of XML's special characters.
 class PlistText {
  public:
-  /// Begins the document and its dictionary.
-  PlistText();
+  /// What the document holds.
+  enum class Top { dictionary, array };
+
+  /// Begins the document and its dictionary or array.
+  explicit PlistText(Top top = Top::dictionary);
 
   void boolean(std::string_view key, bool value);
   void integer(std::string_view key, std::int64_t value);
@@ -30,12 +33,13 @@ class PlistText {
   void beginArray(std::string_view key);
   void endArray();
 
-  /// Ends the dictionary and the document, and hands it over.
+  /// Ends the dictionary or array and the document, and hands it over.
   std::string take();
 
  private:
   void entry(std::string_view key, std::string_view kind, std::string_view value);
 
+  Top top_;
   std::string text_;
 };
 

@@ -7,6 +7,7 @@
 
 #include "adapters/simulated/load_curve.h"
 #include "adapters/simulated/load_model.h"
+#include "adapters/simulated/machine_past.h"
 #include "adapters/simulated/plist_text.h"
 
 namespace pallimo::adapters::simulated {
@@ -14,8 +15,7 @@ namespace pallimo::adapters::simulated {
 namespace {
 
 constexpr double kHertzPerMegahertz = 1e6;
-constexpr std::int64_t kUptimeAtStart = 93'784;  // seconds: booted the day before
-constexpr std::uint64_t kElapsedChannel = 8;     // beside the load's own channels
+constexpr std::uint64_t kElapsedChannel = 8;  // beside the load's own channels
 
 /// What the sections share.
 struct Sample {
@@ -44,25 +44,20 @@ void writeShare(PlistText& out, const Sample& sample, const char* nanoseconds, c
   out.real(ratio, share);
 }
 
-void writeStates(PlistText& out, const Sample& sample, const UnitLoad& load,
-                 const std::vector<int>& table) {
+/// Frequency, idle time and frequency table of something that is busy for `active` of the time with
+/// the clock of `load`; `unit` is what one megahertz of the table counts as in "freq_hz".
+void writeUnit(PlistText& out, const Sample& sample, const UnitLoad& load, double active,
+               const std::vector<int>& table, double unit) {
+  out.real("freq_hz", load.frequency(table) * unit);
+  writeShare(out, sample, "idle_ns", "idle_ratio", 1 - active);
   out.beginArray("dvfm_states");
   for (std::size_t i = 0; i < table.size(); ++i) {
     out.beginDictionary();
     out.integer("freq", table[i]);
-    writeShare(out, sample, "used_ns", "used_ratio", load.residency[i]);
+    writeShare(out, sample, "used_ns", "used_ratio", active * load.shares[i]);
     out.endDictionary();
   }
   out.endArray();
-}
-
-/// Frequency, idle time and frequency table of something busy; `unit` is what one megahertz of the
-/// table counts as in "freq_hz".
-void writeUnit(PlistText& out, const Sample& sample, const UnitLoad& load,
-               const std::vector<int>& table, double unit) {
-  out.real("freq_hz", load.frequency(table) * unit);
-  writeShare(out, sample, "idle_ns", "idle_ratio", 1 - load.active);
-  writeStates(out, sample, load, table);
 }
 
 void writeCluster(PlistText& out, const Sample& sample, const ClusterDescription& cluster,
@@ -70,13 +65,13 @@ void writeCluster(PlistText& out, const Sample& sample, const ClusterDescription
   out.beginDictionary();
   out.text("name", cluster.name);
   out.boolean("hw_resid_counters", true);
-  writeUnit(out, sample, load.whole, cluster.frequencies, kHertzPerMegahertz);
+  writeUnit(out, sample, load.whole, load.whole.active, cluster.frequencies, kHertzPerMegahertz);
   out.real("online_ratio", 1);
   out.beginArray("cpus");
   for (std::size_t i = 0; i < load.cores.size(); ++i) {
     out.beginDictionary();
     out.integer("cpu", firstCpu + static_cast<std::int64_t>(i));
-    writeUnit(out, sample, load.cores[i], cluster.frequencies, kHertzPerMegahertz);
+    writeUnit(out, sample, load.whole, load.cores[i], cluster.frequencies, kHertzPerMegahertz);
     out.endDictionary();
   }
   out.endArray();
@@ -125,14 +120,12 @@ void writeSoftwareStates(PlistText& out, const Sample& sample, const char* list,
 void writeGpu(PlistText& out, const Sample& sample) {
   const UnitLoad& load = sample.load.gpu;
   const std::vector<int>& table = sample.machine.gpu.frequencies;
-  std::vector<double> requested(table.size(), 0.0);
-  for (std::size_t i = 0; i < requested.size() && load.active > 0; ++i) {
-    requested[i] = load.residency[i] / load.active;
-  }
+  std::vector<double> used = load.shares;
+  for (double& share : used) share *= load.active;
   out.beginDictionary("gpu");
-  writeUnit(out, sample, load, table, 1);
-  writeSoftwareStates(out, sample, "sw_requested_state", "sw_req_state", "P", requested);
-  writeSoftwareStates(out, sample, "sw_state", "sw_state", "SW_P", load.residency);
+  writeUnit(out, sample, load, load.active, table, 1);
+  writeSoftwareStates(out, sample, "sw_requested_state", "sw_req_state", "P", load.shares);
+  writeSoftwareStates(out, sample, "sw_state", "sw_state", "SW_P", used);
   // The system's own tool repeats these two here; readers have to live with it.
   writeShare(out, sample, "idle_ns", "idle_ratio", 1 - load.active);
   out.integer("gpu_energy", sample.millijoules(sample.load.gpuMilliwatts));

@@ -27,8 +27,31 @@ TEST_P(BuiltinMachine, HasRisingFrequencies) {
 
 TEST_P(BuiltinMachine, CountsItsCoresByKind) {
   EXPECT_GT(machine().coreCount(), 0u);
-  EXPECT_EQ(machine().coreCount(),
-            machine().coreCount(CoreKind::efficiency) + machine().coreCount(CoreKind::performance));
+  EXPECT_EQ(machine().coreCount(), machine().coreCount(CoreKind::efficiency) +
+                                       machine().coreCount(CoreKind::performance) +
+                                       machine().coreCount(CoreKind::super));
+}
+
+TEST_P(BuiltinMachine, HasAtLeastTwoKindsOfCoreFastestFirst) {
+  const std::vector<CoreKind> kinds = machine().kinds();
+  EXPECT_GE(kinds.size(), 2u);
+  EXPECT_TRUE(std::is_sorted(kinds.begin(), kinds.end(), std::greater<>()));
+}
+
+TEST_P(BuiltinMachine, HasSensorsOfItsSourceInEveryPart) {
+  const auto isServed = [this](const SensorNames& sensors) {
+    return !(machine().temperatures == TemperatureSource::smc ? sensors.smc : sensors.hid).empty();
+  };
+  for (const auto& cluster : machine().clusters) EXPECT_TRUE(isServed(cluster.sensors));
+  EXPECT_TRUE(isServed(machine().gpu.sensors));
+}
+
+TEST_P(BuiltinMachine, DrawsItsPartsPeaksAtMost) {
+  double sum = machine().gpu.peakMilliwatts + machine().anePeakMilliwatts;
+  for (const auto& cluster : machine().clusters) {
+    sum += cluster.peakCoreMilliwatts * static_cast<double>(cluster.cores);
+  }
+  EXPECT_DOUBLE_EQ(machine().peakMilliwatts(), sum);
 }
 
 TEST_P(BuiltinMachine, IsFoundByItsName) { EXPECT_EQ(findMachine(machine().name), &machine()); }
@@ -49,9 +72,65 @@ TEST(Machines, AnUnknownNameIsNotFound) {
 TEST(Machines, TheDefaultIsTheMacBookPro) { EXPECT_EQ(defaultMachineName(), "MacBook Pro M2 Pro"); }
 
 TEST(Machines, AreListedOneALine) {
-  EXPECT_EQ(machineList(),
-            std::vector<std::string>{"MacBook Pro M2 Pro  Apple M2 Pro  12 cores: E-Cluster 4, "
-                                     "P0-Cluster 4, P1-Cluster 4  19-core GPU"});
+  // clang-format off
+  EXPECT_EQ(machineList(), (std::vector<std::string>{
+          "MacBook Air M1       Apple M1       "
+          " 8 cores: E 4, P 4                             8-core GPU   temperatures: HID",
+          "MacBook Pro M1 Pro   Apple M1 Pro    "
+          "10 cores: E 2, P0 4, P1 4                     16-core GPU  temperatures: SMC",
+          "MacBook Pro M2 Pro   Apple M2 Pro    "
+          "12 cores: E 4, P0 4, P1 4                     19-core GPU  temperatures: SMC",
+          "Mac Studio M2 Ultra  Apple M2 Ultra  "
+          "24 cores: E0 4, P0 4, P1 4, E1 4, P2 4, P3 4  60-core GPU  temperatures: SMC",
+          "Mac mini M4          Apple M4        "
+          "10 cores: E 6, P 4                            10-core GPU  temperatures: SMC",
+          "MacBook Pro M4 Max   Apple M4 Max    "
+          "16 cores: E 4, P0 6, P1 6                     40-core GPU  temperatures: SMC",
+          "MacBook Pro M5 Pro   Apple M5 Pro    "
+          "18 cores: P0 6, P1 6, S 6                     20-core GPU  temperatures: SMC",
+  }));
+  // clang-format on
+}
+
+/// "E-Cluster 600-2064", the ends of every table, the GPU's last.
+std::vector<std::string> tableEnds(const std::string& name) {
+  const MachineDescription& machine = *findMachine(name);
+  const auto ends = [](const std::string& unit, const std::vector<int>& table) {
+    return unit + " " + std::to_string(table.front()) + "-" + std::to_string(table.back());
+  };
+  std::vector<std::string> texts;
+  for (const auto& cluster : machine.clusters) {
+    texts.push_back(ends(cluster.name, cluster.frequencies));
+  }
+  texts.push_back(ends("GPU", machine.gpu.frequencies));
+  return texts;
+}
+
+TEST(Machines, HaveTheFrequenciesOfTheirChips) {
+  using Texts = std::vector<std::string>;
+  EXPECT_EQ(tableEnds("MacBook Air M1"),
+            (Texts{"E-Cluster 600-2064", "P-Cluster 600-3204", "GPU 396-1278"}));
+  EXPECT_EQ(tableEnds("MacBook Pro M1 Pro"), (Texts{"E-Cluster 600-2064", "P0-Cluster 600-3228",
+                                                    "P1-Cluster 600-3228", "GPU 388-1296"}));
+  EXPECT_EQ(tableEnds("MacBook Pro M2 Pro"), (Texts{"E-Cluster 600-2424", "P0-Cluster 660-3504",
+                                                    "P1-Cluster 660-3504", "GPU 444-1398"}));
+  EXPECT_EQ(
+      tableEnds("Mac Studio M2 Ultra"),
+      (Texts{"E0-Cluster 912-2424", "P0-Cluster 702-3504", "P1-Cluster 702-3504",
+             "E1-Cluster 912-2424", "P2-Cluster 702-3504", "P3-Cluster 702-3504", "GPU 444-1398"}));
+  EXPECT_EQ(tableEnds("Mac mini M4"),
+            (Texts{"E-Cluster 1020-2892", "P-Cluster 1260-4464", "GPU 338-1578"}));
+  EXPECT_EQ(tableEnds("MacBook Pro M4 Max"), (Texts{"E-Cluster 1020-2592", "P0-Cluster 1260-4512",
+                                                    "P1-Cluster 1260-4512", "GPU 338-1578"}));
+  EXPECT_EQ(tableEnds("MacBook Pro M5 Pro"), (Texts{"P0-Cluster 972-4308", "P1-Cluster 972-4308",
+                                                    "S-Cluster 1308-4608", "GPU 338-1620"}));
+}
+
+TEST(Machines, HaveTheirModelIdentifiers) {
+  std::vector<std::string> models;
+  for (const MachineDescription& machine : builtinMachines()) models.push_back(machine.model);
+  EXPECT_EQ(models, (std::vector<std::string>{"MacBookAir10,1", "MacBookPro18,3", "Mac14,9",
+                                              "Mac14,14", "Mac16,10", "Mac16,5", "Mac17,9"}));
 }
 
 TEST(Machines, TheMacBookProHasTheClustersOfItsChip) {

@@ -40,6 +40,17 @@ TEST(PlistText, BeginsAndEndsLikeTheSystems) {
   EXPECT_EQ(written([](PlistText&) {}), "");
 }
 
+TEST(PlistText, HoldsAnArrayWhereThatIsAskedFor) {
+  PlistText out(PlistText::Top::array);
+  out.beginDictionary();
+  out.endDictionary();
+  const std::string text = out.take();
+  const std::string prologue = text.substr(0, text.find("<plist"));
+  EXPECT_EQ(std::string(kHead).find(prologue), 0u);
+  EXPECT_EQ(text.substr(prologue.size()),
+            "<plist version=\"1.0\">\n<array>\n<dict>\n</dict>\n</array>\n</plist>\n");
+}
+
 TEST(PlistText, WritesScalarsOnOneLine) {
   EXPECT_EQ(written([](PlistText& out) {
               out.boolean("yes", true);

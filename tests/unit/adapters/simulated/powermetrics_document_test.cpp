@@ -28,7 +28,7 @@ DocumentRequest requestAt(double time) {
 }
 
 base::Bytes bytesOf(const DocumentRequest& request) {
-  return powermetricsDocument(builtinMachines().front(), request);
+  return powermetricsDocument(*findMachine("MacBook Pro M2 Pro"), request);
 }
 
 std::string textOf(const DocumentRequest& request) {

@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 The Pallimo authors
+
+#pragma once
+
+#include <cstdint>
+
+#include "adapters/simulated/machine_description.h"
+#include "adapters/simulated/machine_past.h"
+#include "adapters/simulated/recording.h"
+
+namespace pallimo::adapters::simulated {
+
+/// The machine's SMC: about 300 keys in the SMC's own order (of their bytes) with types, sizes and
+/// their values at rest, "#KEY" first. A pure function; any thread.
+RecordedSmc smcOf(const MachineDescription& machine);
+
+/// What the sensors of a built-in machine answer, moment by moment: temperatures over SMC and HID,
+/// processor ticks and the graphics accelerator. A pure function of machine, seed and time; the
+/// object only remembers the way it has come, so that the next moment costs little. Not
+/// thread-safe. The machine outlives the object.
+class BuiltinSensors {
+ public:
+  BuiltinSensors(const MachineDescription& machine, std::uint64_t seed);
+
+  /// The answers at `time`, simulated seconds since the start, 0 or more. Names no document. `smc`
+  /// holds the temperatures alone: nothing else in the SMC changes.
+  RecordingStep stepAt(double time);
+
+ private:
+  const MachineDescription& machine_;
+  std::uint64_t seed_;
+  MachinePast past_;
+};
+
+}  // namespace pallimo::adapters::simulated
