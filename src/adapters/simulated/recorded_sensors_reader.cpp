@@ -143,10 +143,10 @@ RecordedAccelerator readAccelerator(const JsonNode& node) {
   return accelerator;
 }
 
-ProcessorTickCounts readCounts(const JsonNode& node) {
+ports::ProcessorTickCounts readCounts(const JsonNode& node) {
   constexpr const char* kExpected = "four unsigned 32-bit numbers";
   const auto numbers = node.elements(kExpected);
-  ProcessorTickCounts counts{};
+  ports::ProcessorTickCounts counts{};
   if (numbers.size() != counts.size()) node.fail(kExpected, numberWord(numbers.size()));
   std::transform(numbers.begin(), numbers.end(), counts.begin(),
                  [](const JsonNode& number) { return number.unsigned32(); });
@@ -193,7 +193,7 @@ std::vector<HidReading> readHid(const JsonNode& node) {
   return readEach(node, "an array or null", readHidReading);
 }
 
-std::vector<ProcessorTickCounts> readTicks(const JsonNode& node) {
+std::vector<ports::ProcessorTickCounts> readTicks(const JsonNode& node) {
   return readEach(node, "an array or null", readCounts);
 }
 

@@ -25,7 +25,7 @@ std::map<std::string, SmcBytes> readSmcChanges(const JsonNode& node,
 /// A step's "hid", which is not null.
 std::vector<HidReading> readHid(const JsonNode& node);
 /// A step's "ticks", which is not null.
-std::vector<ProcessorTickCounts> readTicks(const JsonNode& node);
+std::vector<ports::ProcessorTickCounts> readTicks(const JsonNode& node);
 /// A step's "accelerators", which is not null.
 std::vector<RecordedAccelerator> readAccelerators(const JsonNode& node);
 

@@ -9,12 +9,12 @@
 #include <map>
 #include <optional>
 #include <string>
-#include <variant>
 #include <vector>
 
 #include "adapters/simulated/simulated_system_controls.h"
 #include "base/bytes.h"
 #include "base/property_list.h"
+#include "ports/processor_ticks.h"
 
 namespace pallimo::adapters::simulated {
 
@@ -37,7 +37,8 @@ struct SmcKey {
 struct RecordedSmc {
   bool isAvailable = false;                   ///< the service can be opened
   std::optional<std::uint32_t> keyCount = 0;  ///< what "#KEY" answers; absent: that read fails
-  std::vector<SmcKey> keys;                   ///< in index order; indices past the end fail
+  /// In index order; indices past the end fail. When a name is there twice, the first one answers.
+  std::vector<SmcKey> keys;
 
   bool operator==(const RecordedSmc&) const = default;
 };
@@ -49,9 +50,6 @@ struct HidReading {
 
   bool operator==(const HidReading&) const = default;
 };
-
-/// What one processor's counters read: user, system, idle, nice.
-using ProcessorTickCounts = std::array<std::uint32_t, 4>;
 
 /// One graphics accelerator. A property may be absent or of any kind: whoever reads the registry
 /// checks it, as on a Mac. "vendor-id" is data when it was recorded as text. JSON's null reads as
@@ -66,12 +64,13 @@ struct RecordedAccelerator {
   bool operator==(const RecordedAccelerator&) const = default;
 };
 
-/// What the operating system answered during one request.
+/// What the operating system answered during one request. A built-in machine makes such steps too,
+/// so that all sensors know one shape alone.
 struct RecordingStep {
   std::optional<std::string> powermetrics;     ///< file of the run's output; absent: no bytes
   std::map<std::string, SmcBytes> smc;         ///< values that differ in this step, by key name
   std::optional<std::vector<HidReading>> hid;  ///< absent: no services
-  std::optional<std::vector<ProcessorTickCounts>> ticks;         ///< absent: the call fails
+  std::optional<std::vector<ports::ProcessorTickCounts>> ticks;  ///< absent: the call fails
   std::optional<std::vector<RecordedAccelerator>> accelerators;  ///< absent: the search fails
 
   bool operator==(const RecordingStep&) const = default;
@@ -98,9 +97,9 @@ struct Recording {
   /// the helper sends none: no file is named, the file is empty or it can't be read any more.
   std::optional<base::Bytes> documentBytes(std::size_t step) const;
 
-  /// What reading `key` answers during the step. "#KEY" answers the key count, most significant
-  /// byte first, listed or not. When `smc.keys` lists a name twice, the first entry answers.
-  SmcBytes smcBytes(std::size_t step, const std::string& key) const;
+  /// What the profiler prints for a data type, read from its file, which may be empty. Nothing when
+  /// no file is named or it can't be read any more.
+  std::optional<base::Bytes> reportBytes(const std::string& dataType) const;
 
   /// The path of a file that the recording names.
   std::string pathOf(const std::string& file) const { return folder + "/" + file; }

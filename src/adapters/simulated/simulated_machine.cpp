@@ -4,9 +4,12 @@
 #include "adapters/simulated/simulated_machine.h"
 
 #include <algorithm>
+#include <optional>
 #include <utility>
 
 #include "adapters/simulated/builtin_machine.h"
+#include "adapters/simulated/builtin_sensors.h"
+#include "adapters/simulated/displays_report.h"
 #include "adapters/simulated/file_bytes.h"
 #include "adapters/simulated/json_node.h"
 #include "adapters/simulated/machines.h"
@@ -48,7 +51,8 @@ std::variant<SimulatedMachine, SimulationError> SimulatedMachine::load(
     if (const auto* error = std::get_if<RecordingError>(&read)) {
       return SimulationError{simulation.recording + "/" + error->message};
     }
-    return SimulatedMachine(simulation, std::move(std::get<Recording>(read)));
+    return SimulatedMachine(
+        simulation, std::make_shared<const Recording>(std::get<Recording>(std::move(read))));
   }
   const MachineDescription* machine = findMachine(simulation.machine);
   if (machine == nullptr) {
@@ -58,27 +62,46 @@ std::variant<SimulatedMachine, SimulationError> SimulatedMachine::load(
 }
 
 const std::string& SimulatedMachine::name() const {
-  if (const auto* recording = std::get_if<Recording>(&kind_)) return recording->name;
+  if (const auto* recording = std::get_if<Recorded>(&kind_)) return (*recording)->name;
   return std::get<const MachineDescription*>(kind_)->name;
 }
 
 std::unique_ptr<ports::SystemControls> SimulatedMachine::systemControls() const {
-  if (const auto* recording = std::get_if<Recording>(&kind_)) {
-    return std::make_unique<SimulatedSystemControls>(recording->sysctl);
+  if (const auto* recording = std::get_if<Recorded>(&kind_)) {
+    return std::make_unique<SimulatedSystemControls>((*recording)->sysctl);
   }
   return std::make_unique<SimulatedSystemControls>(
       systemControlsOf(*std::get<const MachineDescription*>(kind_)));
 }
 
+std::unique_ptr<SimulatedSensors> SimulatedMachine::sensors(const ports::Clock& clock) const {
+  return std::make_unique<SimulatedSensors>(sensorParts(), clock);
+}
+
+SimulatedSensors::Parts SimulatedMachine::sensorParts() const {
+  if (const auto* recorded = std::get_if<Recorded>(&kind_)) {
+    const auto reports = [recording = *recorded](const std::string& dataType) {
+      return recording->reportBytes(dataType);
+    };
+    return {(*recorded)->smc, recordedSteps(*recorded), reports, simulation_.startTime};
+  }
+  const MachineDescription& machine = *std::get<const MachineDescription*>(kind_);
+  const auto reports = [&machine](const std::string& dataType) {
+    const bool isKnown = dataType == "SPDisplaysDataType";
+    return isKnown ? std::optional<base::Bytes>(displaysReport(machine)) : std::nullopt;
+  };
+  return {smcOf(machine), builtinSteps(machine, simulation_.seed), reports, simulation_.startTime};
+}
+
 std::string SimulatedMachine::whyRefused(const std::vector<std::string>& samplers) const {
-  if (std::holds_alternative<Recording>(kind_)) return "";
+  if (std::holds_alternative<Recorded>(kind_)) return "";
   Samplers ignored;
   return enableAll(ignored, samplers);
 }
 
 PowermetricsRun SimulatedMachine::powermetrics(const PowermetricsRequest& request) const {
-  if (const auto* recording = std::get_if<Recording>(&kind_)) {
-    return recordedRun(*recording, request.number);
+  if (const auto* recording = std::get_if<Recorded>(&kind_)) {
+    return recordedRun(**recording, request.number);
   }
   return builtinRun(*std::get<const MachineDescription*>(kind_), request);
 }

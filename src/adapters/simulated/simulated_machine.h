@@ -12,8 +12,10 @@
 
 #include "adapters/simulated/machine_description.h"
 #include "adapters/simulated/recording.h"
+#include "adapters/simulated/simulated_sensors.h"
 #include "adapters/simulated/simulation_file.h"
 #include "base/bytes.h"
+#include "ports/clock.h"
 #include "ports/system_controls.h"
 
 namespace pallimo::adapters::simulated {
@@ -34,7 +36,7 @@ struct PowermetricsRun {
 };
 
 /// The Mac that a simulation names, built in or recorded: what the operating system answers in its
-/// place. Constant after loading; any thread.
+/// place. Constant after loading, so it may be copied; any thread.
 class SimulatedMachine {
  public:
   /// The machine, or one line that says why there is none.
@@ -42,6 +44,9 @@ class SimulatedMachine {
 
   const std::string& name() const;
   std::unique_ptr<ports::SystemControls> systemControls() const;
+  /// The machine's sensors, which need the machine itself no more. `clock` outlives them and runs
+  /// `speed` times faster than real time since the simulation's start, as the app's clock does.
+  std::unique_ptr<SimulatedSensors> sensors(const ports::Clock& clock) const;
 
   /// The line that refuses a sampler ("powermetrics: unrecognized sampler: X"), or nothing. A
   /// recording is given back whatever was asked for.
@@ -53,11 +58,13 @@ class SimulatedMachine {
   PowermetricsRun powermetrics(const PowermetricsRequest& request) const;
 
  private:
-  using Kind = std::variant<const MachineDescription*, Recording>;
+  using Recorded = std::shared_ptr<const Recording>;
+  using Kind = std::variant<const MachineDescription*, Recorded>;
   SimulatedMachine(Simulation simulation, Kind kind);
 
   PowermetricsRun builtinRun(const MachineDescription& machine,
                              const PowermetricsRequest& request) const;
+  SimulatedSensors::Parts sensorParts() const;
 
   Simulation simulation_;
   Kind kind_;

@@ -3,8 +3,6 @@
 
 #include "app/linux/linux_platform.h"
 
-#include <utility>
-
 #include "adapters/linux/helper_launcher.h"
 
 namespace pallimo::app::linux {
@@ -12,10 +10,11 @@ namespace pallimo::app::linux {
 namespace linux_adapters = adapters::linux;
 
 LinuxPlatform::LinuxPlatform(Parts parts)
-    : systemControls_(std::move(parts.systemControls)),
+    : systemControls_(parts.machine.systemControls()),
       mainQueue_(parts.speed),
       defaults_(parts.folder.settingsFile()),
       clock_(parts.start, parts.speed),
+      sensors_(parts.machine.sensors(clock_)),
       console_(parts.consoleDescriptor),
       systemLog_("pallimo"),
       bundle_(parts.builtHelper, PALLIMO_VERSION),
@@ -23,11 +22,26 @@ LinuxPlatform::LinuxPlatform(Parts parts)
       delivery_(std::make_unique<base::SerialThread>()),
       connector_(std::make_unique<linux_adapters::DBusHelperConnector>(
           *delivery_, parts.folder, linux_adapters::HelperLauncher(parts.folder))),
-      platform_{mainQueue_,       notifications_, defaults_,     propertyLists_,
-                *systemControls_, *connector_,    installation_, bundle_,
-                clock_,           console_,       systemLog_} {}
+      followedConnector_(sensors_->follow(*connector_)),
+      platform_{mainQueue_,
+                notifications_,
+                defaults_,
+                propertyLists_,
+                *systemControls_,
+                sensors_->smcDevice(),
+                sensors_->hidSensors(),
+                sensors_->accelerators(),
+                sensors_->processorTicks(),
+                sensors_->programLauncher(),
+                *followedConnector_,
+                installation_,
+                bundle_,
+                clock_,
+                console_,
+                systemLog_} {}
 
 void LinuxPlatform::endLink() {
+  followedConnector_.reset();
   connector_.reset();
   delivery_.reset();
 }

@@ -17,9 +17,12 @@
 #include "adapters/qt/qt_main_queue.h"
 #include "adapters/qt/qt_user_defaults.h"
 #include "adapters/qt/system_clock.h"
+#include "adapters/simulated/simulated_machine.h"
+#include "adapters/simulated/simulated_sensors.h"
 #include "app/make_platform.h"
 #include "base/notification_centre.h"
 #include "base/serial_thread.h"
+#include "ports/helper_connection.h"
 #include "ports/system_controls.h"
 
 namespace pallimo::app::linux {
@@ -31,7 +34,7 @@ class LinuxPlatform final : public PlatformOwner {
   struct Parts {
     adapters::linux::StateFolder folder;
     std::string builtHelper;  ///< absolute path of the helper that the build made
-    std::unique_ptr<ports::SystemControls> systemControls;
+    adapters::simulated::SimulatedMachine machine;
     adapters::qt::SystemClock::TimePoint start;
     double speed = 1;
     int consoleDescriptor = 1;
@@ -51,14 +54,16 @@ class LinuxPlatform final : public PlatformOwner {
   base::NotificationCentre notifications_;
   adapters::qt::QtUserDefaults defaults_;
   const adapters::qt::SystemClock clock_;
+  const std::unique_ptr<adapters::simulated::SimulatedSensors> sensors_;
   const adapters::libplist::LibplistReader propertyLists_;
   adapters::linux::StreamConsole console_;
   adapters::linux::SyslogLog systemLog_;
   adapters::linux::BuiltBundle bundle_;
   adapters::linux::HelperInstallation installation_;
-  // The connector delivers on the thread, so it goes first.
+  // The sensors follow what the connector delivers on the thread; the last one goes first.
   std::unique_ptr<base::SerialThread> delivery_;
   std::unique_ptr<adapters::linux::DBusHelperConnector> connector_;
+  std::unique_ptr<ports::HelperConnector> followedConnector_;
   const Platform platform_;
 };
 

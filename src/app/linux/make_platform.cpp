@@ -81,7 +81,7 @@ class Start {
     if (const auto* error = std::get_if<simulated::SimulationError>(&loaded)) {
       return StartError{error->message};
     }
-    systemControls_ = std::get<simulated::SimulatedMachine>(loaded).systemControls();
+    machine_ = std::get<simulated::SimulatedMachine>(std::move(loaded));
     return std::nullopt;
   }
 
@@ -103,8 +103,8 @@ class Start {
   Problem makeOwner() {
     const int console = options_.headless ? STDERR_FILENO : STDOUT_FILENO;
     auto owner = std::make_unique<linux::LinuxPlatform>(
-        linux::LinuxPlatform::Parts{StateFolder(folderPath_), builtHelper_,
-                                    std::move(systemControls_), start_, options_.speed, console});
+        linux::LinuxPlatform::Parts{StateFolder(folderPath_), builtHelper_, *std::move(machine_),
+                                    start_, options_.speed, console});
     // The helper that the build made is the one that is installed, from the first start on.
     if (auto problem = owner->installHelper()) return StartError{*std::move(problem)};
     owner_ = std::move(owner);
@@ -123,7 +123,7 @@ class Start {
   std::string folderPath_;
   std::string builtHelper_;
   simulated::Simulation simulation_;
-  std::unique_ptr<ports::SystemControls> systemControls_;
+  std::optional<simulated::SimulatedMachine> machine_;  // once it is loaded
   std::unique_ptr<PlatformOwner> owner_;
 };
 

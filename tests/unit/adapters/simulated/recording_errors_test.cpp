@@ -264,6 +264,15 @@ TEST(RecordingFolders, ADocumentThatIsAFolderIsRefused) {
       "a regular file");
 }
 
+TEST(RecordingFolders, AReportThatDoesNotExistIsRefused) {
+  const RecordingFolder folder;
+  folder.write("machine.json", R"({"format": 1, "name": "x", "sysctl": {}, "steps": [{}],
+      "system_profiler": {"SPDisplaysDataType": "displays.plist"}})");
+  EXPECT_EQ(lineOf(readRecording(folder.path())),
+            "machine.json: system_profiler.SPDisplaysDataType: expected a readable file, got "
+            "\"displays.plist\": No such file or directory");
+}
+
 TEST(RecordingFolders, ADocumentThatIsThereIsAccepted) {
   const RecordingFolder folder;
   folder.write("0001.plist", "");

@@ -179,7 +179,7 @@ TEST(RecordingReader, NoServicesAndNoSensorsDiffer) {
 
 TEST(RecordingReader, ReadsFourCountersPerProcessor) {
   const auto ticks = readStep(R"("ticks": [[1, 2, 3, 4], [0, 0, 4294967295, 0]])").steps[0].ticks;
-  EXPECT_EQ(ticks, (std::vector<ProcessorTickCounts>{{1, 2, 3, 4}, {0, 0, 4294967295, 0}}));
+  EXPECT_EQ(ticks, (std::vector<ports::ProcessorTickCounts>{{1, 2, 3, 4}, {0, 0, 4294967295, 0}}));
 }
 
 TEST(RecordingReader, TicksOfNullAreACallThatFails) {

@@ -19,12 +19,6 @@ Recording withSteps(std::size_t count) {
   return recording;
 }
 
-std::array<std::uint8_t, 32> padded(std::initializer_list<std::uint8_t> bytes) {
-  std::array<std::uint8_t, 32> all{};
-  std::copy(bytes.begin(), bytes.end(), all.begin());
-  return all;
-}
-
 TEST(Recording, TheNthRequestUsesStepN) {
   const Recording recording = withSteps(3);
   EXPECT_EQ(recording.stepForRequest(1), 0u);
@@ -84,39 +78,29 @@ TEST_F(RecordingDocument, IsNothingWhenTheFileHasGoneMeanwhile) {
   EXPECT_EQ(recording_.documentBytes(0), std::nullopt);
 }
 
-Recording withSmc() {
-  Recording recording = withSteps(2);
-  recording.smc.keys = {{"Te05", "flt ", 4, padded({1, 2}), false, false},
-                        {"Te05", "flt ", 4, padded({9}), false, false},
-                        {"Te0L", "flt ", 4, std::nullopt, false, false}};
-  recording.smc.keyCount = 0x01020304;
-  recording.steps[1].smc = {{"Te05", std::nullopt}, {"Te0L", padded({7})}};
-  return recording;
+class RecordedReport : public RecordingDocument {
+ protected:
+  RecordedReport() { recording_.systemProfiler = {{"SPDisplaysDataType", "displays.plist"}}; }
+};
+
+TEST_F(RecordedReport, IsTheFilesBytesVerbatim) {
+  const std::string bytes("\0<x>\r\n\xff\0", 8);
+  folder_.write("displays.plist", bytes);
+  EXPECT_EQ(recording_.reportBytes("SPDisplaysDataType"), base::Bytes(bytes.begin(), bytes.end()));
 }
 
-TEST(RecordedSmcBytes, AreTheKeysOwnUnlessTheStepChangesThem) {
-  EXPECT_EQ(withSmc().smcBytes(0, "Te05"), padded({1, 2}));
-  EXPECT_EQ(withSmc().smcBytes(0, "Te0L"), std::nullopt);
+TEST_F(RecordedReport, IsEmptyWhenTheFileIs) {
+  folder_.write("displays.plist", "");
+  EXPECT_EQ(recording_.reportBytes("SPDisplaysDataType"), base::Bytes{});
 }
 
-TEST(RecordedSmcBytes, ChangeForTheirStepOnly) {
-  EXPECT_EQ(withSmc().smcBytes(1, "Te05"), std::nullopt);
-  EXPECT_EQ(withSmc().smcBytes(1, "Te0L"), padded({7}));
+TEST_F(RecordedReport, IsNothingForATypeThatIsNotNamed) {
+  folder_.write("displays.plist", "x");
+  EXPECT_EQ(recording_.reportBytes("SPHardwareDataType"), std::nullopt);
 }
 
-TEST(RecordedSmcBytes, AreAbsentForAKeyThatIsNotListed) {
-  EXPECT_EQ(withSmc().smcBytes(0, "Te99"), std::nullopt);
-}
-
-TEST(RecordedSmcBytes, OfTheKeyCountComeMostSignificantFirst) {
-  EXPECT_EQ(withSmc().smcBytes(0, "#KEY"), padded({1, 2, 3, 4}));
-}
-
-TEST(RecordedSmcBytes, OfTheKeyCountFailWhenTheCountIsAbsent) {
-  Recording recording = withSmc();
-  recording.smc.keyCount.reset();
-  recording.smc.keys.push_back({"#KEY", "ui32", 4, padded({5}), false, false});
-  EXPECT_EQ(recording.smcBytes(0, "#KEY"), std::nullopt);
+TEST_F(RecordedReport, IsNothingWhenTheFileHasGoneMeanwhile) {
+  EXPECT_EQ(recording_.reportBytes("SPDisplaysDataType"), std::nullopt);
 }
 
 }  // namespace

@@ -5,11 +5,18 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <filesystem>
+#include <memory>
+#include <optional>
 #include <string>
 
+#include "adapters/simulated/builtin_sensors.h"
+#include "adapters/simulated/displays_report.h"
 #include "adapters/simulated/machines.h"
 #include "adapters/simulated/powermetrics_document.h"
+#include "fakes/fake_helper_connector.h"
+#include "fakes/manual_clock.h"
 #include "recording_folder.h"
 
 namespace pallimo::adapters::simulated {
@@ -48,7 +55,7 @@ base::Bytes documentAt(double time) {
   request.startTime = kStart;
   request.time = time;
   request.samplers = {.cpuPower = true, .gpuPower = true, .anePower = true, .thermal = false};
-  return powermetricsDocument(builtinMachines().front(), request);
+  return powermetricsDocument(*findMachine("MacBook Pro M2 Pro"), request);
 }
 
 std::string complaint(const Simulation& simulation) {
@@ -57,10 +64,62 @@ std::string complaint(const Simulation& simulation) {
   return error == nullptr ? "none" : error->message;
 }
 
+constexpr fakes::ManualClock::TimePoint kStartPoint{std::chrono::seconds(1'790'000'000)};
+
+const MachineDescription& builtinMachine() { return *findMachine("MacBook Pro M2 Pro"); }
+
+/// A machine's sensors, a clock that shows the simulation's start, and a helper.
+class SensorsOf {
+ public:
+  explicit SensorsOf(const SimulatedMachine& machine) {
+    clock_.set(kStartPoint);
+    sensors_ = machine.sensors(clock_);
+    followed_ = sensors_->follow(helper_);
+    connection_ = followed_->connect("com.ostrovane.powermetrics", 4096);
+    connection_->setExportedObject(std::make_shared<Ignoring>());
+  }
+
+  SimulatedSensors* operator->() { return sensors_.get(); }
+  void deliverResult(std::chrono::seconds later = {}) {
+    clock_.advance(later);
+    helper_.latest()->sendResult(std::nullopt);
+  }
+  std::optional<base::Bytes> report(const std::string& dataType) {
+    return sensors_->programLauncher().run("/usr/sbin/system_profiler", {"-xml", dataType});
+  }
+  std::size_t acceleratorCount() {
+    std::size_t count = 0;
+    const auto walk = sensors_->accelerators().matchingServices("IOAccelerator");
+    while (const std::uint32_t entry = sensors_->accelerators().next(walk.value_or(0))) {
+      sensors_->accelerators().release(entry);
+      ++count;
+    }
+    sensors_->accelerators().release(walk.value_or(0));
+    return count;
+  }
+
+ private:
+  class Ignoring final : public helper_link::protocol::ClientProtocol {
+    void powermetricsResult(std::optional<base::Bytes>) override {}
+  };
+
+  fakes::ManualClock clock_;
+  fakes::FakeHelperConnector helper_;
+  std::unique_ptr<SimulatedSensors> sensors_;
+  std::unique_ptr<ports::HelperConnector> followed_;
+  std::shared_ptr<ports::HelperConnection> connection_;
+};
+
+std::optional<base::Bytes> textBytes(const std::string& text) {
+  base::Bytes bytes(text.begin(), text.end());
+  bytes.push_back(0);
+  return bytes;
+}
+
 TEST(SimulatedMachine, KnowsItsName) { EXPECT_EQ(builtin().name(), "MacBook Pro M2 Pro"); }
 
 TEST(SimulatedMachine, AnswersKernelVariables) {
-  EXPECT_EQ(builtin().systemControls()->text("hw.model"), "Mac14,9");
+  EXPECT_EQ(builtin().systemControls()->bytes("hw.model"), textBytes("Mac14,9"));
 }
 
 TEST(SimulatedMachine, PrintsTheDocumentOfTheMoment) {
@@ -98,14 +157,52 @@ TEST(SimulatedMachine, AnUnknownNameIsRefused) {
   EXPECT_EQ(complaint({.machine = "Cray\n1", .recording = ""}), "no machine is named \"Cray\\n1\"");
 }
 
+TEST(SimulatedMachine, ItsSensorsBeginAtTimeZero) {
+  SensorsOf sensors(builtin());
+  EXPECT_EQ(sensors->processorTicks().read(), BuiltinSensors(builtinMachine(), 5).stepAt(0).ticks);
+}
+
+TEST(SimulatedMachine, ItsSensorsShowTheMomentOfTheLastResult) {
+  SensorsOf sensors(builtin());
+  sensors.deliverResult(std::chrono::seconds(12));
+  EXPECT_EQ(sensors->processorTicks().read(), BuiltinSensors(builtinMachine(), 5).stepAt(12).ticks);
+}
+
+TEST(SimulatedMachine, ItsSensorsTakeTheTimeFromAClockThatIsAlreadyFast) {
+  SensorsOf sensors(builtin(20));
+  sensors.deliverResult(std::chrono::seconds(12));
+  EXPECT_EQ(sensors->processorTicks().read(), BuiltinSensors(builtinMachine(), 5).stepAt(12).ticks);
+}
+
+TEST(SimulatedMachine, HasItsOwnSmc) {
+  SensorsOf sensors(builtin());
+  const auto handle = sensors->smcDevice().open();
+  ASSERT_NE(handle, std::nullopt);
+  ports::SMCRequestRecord input;
+  input.data8 = 8;
+  ports::SMCRequestRecord output;
+  EXPECT_EQ(sensors->smcDevice().callStructMethod(*handle, 2, input, output), 0);
+  EXPECT_EQ(output.key, 0x234B4559u);  // "#KEY"
+}
+
+TEST(SimulatedMachine, ReportsItsDisplaysAndNothingElse) {
+  SensorsOf sensors(builtin());
+  EXPECT_EQ(sensors.report("SPDisplaysDataType"), displaysReport(builtinMachine()));
+  EXPECT_EQ(sensors.report("SPHardwareDataType"), std::nullopt);
+}
+
 class RecordedMachine : public ::testing::Test {
  protected:
   RecordedMachine() {
     folder_.write("1.plist", "first");
     folder_.write("empty.plist", "");
+    folder_.write("displays.plist", "report");
     folder_.write("machine.json", R"({"format": 1, "name": "Recorded",
         "sysctl": {"hw.model": "Mac99,9", "hw.cputype": 7},
-        "steps": [{"powermetrics": "1.plist"}, {}, {"powermetrics": "empty.plist"}]})");
+        "system_profiler": {"SPDisplaysDataType": "displays.plist"},
+        "steps": [{"powermetrics": "1.plist", "ticks": [[1, 0, 0, 0]], "accelerators": [{}, {}]},
+                  {},
+                  {"powermetrics": "empty.plist", "ticks": [[3, 0, 0, 0]]}]})");
   }
 
   Simulation simulation() const { return {.machine = "", .recording = folder_.path()}; }
@@ -120,7 +217,7 @@ class RecordedMachine : public ::testing::Test {
 
 TEST_F(RecordedMachine, IsWhatTheRecordingSays) {
   EXPECT_EQ(loaded(simulation()).name(), "Recorded");
-  EXPECT_EQ(loaded(simulation()).systemControls()->text("hw.model"), "Mac99,9");
+  EXPECT_EQ(loaded(simulation()).systemControls()->bytes("hw.model"), textBytes("Mac99,9"));
   EXPECT_EQ(loaded(simulation()).systemControls()->integer("hw.cputype"), 7);
   EXPECT_EQ(loaded(simulation()).systemControls()->integer("hw.ncpu"), std::nullopt);
 }
@@ -156,6 +253,32 @@ TEST_F(RecordedMachine, GivesTheSameBytesWhateverSamplersWereAskedFor) {
   request.samplers = {"bandwidth"};
   EXPECT_EQ(loaded(simulation()).whyRefused(request.samplers), "");
   EXPECT_EQ(loaded(simulation()).powermetrics(request).output, run(1).output);
+}
+
+TEST_F(RecordedMachine, ItsSensorsAnswerWithTheStepOfTheLastResult) {
+  using Counts = std::vector<ports::ProcessorTickCounts>;
+  SensorsOf sensors(loaded(simulation()));
+  EXPECT_EQ(sensors->processorTicks().read(), (Counts{{1, 0, 0, 0}}));
+  sensors.deliverResult();
+  EXPECT_EQ(sensors->processorTicks().read(), (Counts{{1, 0, 0, 0}}));
+  sensors.deliverResult();
+  EXPECT_EQ(sensors->processorTicks().read(), std::nullopt);
+  sensors.deliverResult();
+  EXPECT_EQ(sensors->processorTicks().read(), (Counts{{3, 0, 0, 0}}));
+}
+
+TEST_F(RecordedMachine, HasTheAcceleratorsThatWereRecorded) {
+  EXPECT_EQ(SensorsOf(loaded(simulation())).acceleratorCount(), 2u);
+}
+
+TEST_F(RecordedMachine, HasNoSmcThatNobodyRecorded) {
+  EXPECT_EQ(SensorsOf(loaded(simulation()))->smcDevice().open(), std::nullopt);
+}
+
+TEST_F(RecordedMachine, GivesTheReportsThatWereRecorded) {
+  SensorsOf sensors(loaded(simulation()));
+  EXPECT_EQ(sensors.report("SPDisplaysDataType"), (base::Bytes{'r', 'e', 'p', 'o', 'r', 't'}));
+  EXPECT_EQ(sensors.report("SPHardwareDataType"), std::nullopt);
 }
 
 TEST_F(RecordedMachine, ABrokenRecordingIsRefusedWithItsPath) {
