@@ -58,14 +58,15 @@ class AppTest : public testing::Test {
   }
 
   /// Writes a recording of a Mac with Apple silicon (or another processor) whose steps print these
-  /// documents, or nothing where one is absent. Returns its folder.
+  /// documents, or nothing where one is absent, and whose sensors can't be read. Returns its
+  /// folder.
   std::string recording(const std::vector<std::optional<SampleDocument>>& steps,
                         long cpuType = 0x0100000C, const std::string& name = "recording") const {
     const fs::path folder = root_ / name;
     fs::create_directory(folder);
     std::ostringstream json;
     json << R"({"format": 1, "name": "Test Mac", "sysctl": {"hw.cputype": )" << cpuType
-         << R"(}, "steps": [)";
+         << R"(, "hw.model": "Mac14,2", "machdep.cpu.brand_string": "Apple M2"}, "steps": [)";
     for (std::size_t step = 0; step < steps.size(); ++step) {
       if (step > 0) json << ", ";
       if (!steps[step]) {

@@ -44,7 +44,7 @@ TEST_F(AppOutput, ThreeSamplesAsATableForPeople) {
   const Texts lines = app->readLines(5);
   ASSERT_EQ(lines.size(), 5u);
   EXPECT_NE(lines[0].find("Power (W)"), std::string::npos);
-  for (const std::string& line : lines) EXPECT_EQ(line.size(), 77u) << line;
+  for (const std::string& line : lines) EXPECT_EQ(line.size(), 123u) << line;
   EXPECT_EQ(app->readAll(), "");
   EXPECT_EQ(app->exitStatus(), 0);
 }
@@ -69,11 +69,9 @@ TEST_F(AppOutput, ARecordingsFiguresToTheLastDigitAlsoInAFasterRun) {
                                   recording({SampleDocument{}, std::nullopt, second})});
   const Texts lines = app->readLines(5);
   ASSERT_EQ(lines.size(), 5u);
-  const std::string first =
-      "12.000, 8.000, 1.000, 0.100, 3.000, 1500, 3000, 444, 0, 0, 0, 0, 0.000, 0.000, 0.000, 0.000";
-  const std::string last =
-      "20.500, 14.500, 1.000, 0.100, 3.000, 2064, 3504, 1398, 0, 0, 0, 0, 0.000, 0.000, 0.000, "
-      "0.000";
+  const std::string noSensors = ", -1, nan, -1, nan, nan, nan, nan, 0.000";
+  const std::string first = "12.000, 8.000, 1.000, 0.100, 3.000, 1500, 3000, 444" + noSensors;
+  const std::string last = "20.500, 14.500, 1.000, 0.100, 3.000, 2064, 3504, 1398" + noSensors;
   EXPECT_EQ(figuresOf(lines[1]), first);
   EXPECT_EQ(figuresOf(lines[2]), last);  // the step without a document is no row
   EXPECT_EQ(figuresOf(lines[3]), first);
@@ -350,7 +348,7 @@ TEST_F(AppAnswers, Version) {
 
 TEST_F(AppAnswers, ListMachines) {
   const auto app = start({"--list-machines"});
-  EXPECT_EQ(app->readAll().rfind("MacBook Pro M2 Pro ", 0), 0u);
+  EXPECT_EQ(app->readAll().rfind("MacBook Air M1 ", 0), 0u);
   EXPECT_EQ(app->exitStatus(), 0);
 }
 

@@ -28,8 +28,8 @@ class CapturedRoad : public AppTest {
     const fs::path folder = root_ / "recording";
     fs::create_directory(folder);
     std::ofstream machine(folder / "machine.json");
-    machine
-        << R"({"format": 1, "name": "Captured", "sysctl": {"hw.cputype": 16777228}, "steps": [)";
+    machine << R"({"format": 1, "name": "Captured", "sysctl": {"hw.cputype": 16777228, )"
+            << R"("hw.model": "Mac14,2", "machdep.cpu.brand_string": "Apple M2"}, "steps": [)";
     std::istringstream documents(textOf(fs::path(PALLIMO_SAMPLES_DIR) / capturedFile));
     int step = 0;
     for (std::string document; std::getline(documents, document, '\0');) {
