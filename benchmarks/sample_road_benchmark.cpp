@@ -21,6 +21,9 @@
 #include <string>
 
 #include "adapters/libplist/libplist_reader.h"
+#include "adapters/simulated/machines.h"
+#include "adapters/simulated/simulated_machine.h"
+#include "adapters/simulated/simulated_sensors.h"
 #include "base/notification_centre.h"
 #include "fakes/fake_sampling_gate.h"
 #include "fakes/manual_clock.h"
@@ -30,6 +33,8 @@
 #include "logging/sample_rows.h"
 #include "modules/module_model_frequency.h"
 #include "modules/module_model_power.h"
+#include "modules/module_model_temperature.h"
+#include "modules/module_model_utilization.h"
 #include "sampling/sample_parser.h"
 #include "sampling/sg_power_metrics.h"
 
@@ -47,12 +52,21 @@ const base::Bytes& document() {
   return bytes;
 }
 
+/// The largest of the simulated machines: 24 processors, some three hundred keys in the SMC. Its
+/// sensors stand still, so that making up their figures does not count.
+adapters::simulated::SimulatedMachine machine() {
+  adapters::simulated::Simulation simulation;
+  simulation.machine = "Mac Studio M2 Ultra";
+  auto loaded = adapters::simulated::SimulatedMachine::load(simulation);
+  return std::get<adapters::simulated::SimulatedMachine>(std::move(loaded));
+}
+
 /// The engine with the modules and the log that stand behind it, as the app wires them.
 class Road {
  public:
   Road() {
     engine_->setGate(gate_);
-    engine_->setFanout({power_, {}, frequency_, {}, rows_});
+    engine_->setFanout({power_, utilization_, frequency_, temperature_, rows_});
     rows_->addReceiver([this](const logging::LogRow& row) {
       line_ = logging::csvLine(logging::formatRow(row, clock_.now()));
     });
@@ -70,6 +84,9 @@ class Road {
   base::NotificationCentre notifications_;
   fakes::MemoryUserDefaults defaults_;
   adapters::libplist::LibplistReader reader_;
+  adapters::simulated::SimulatedMachine machine_ = machine();
+  std::unique_ptr<ports::SystemControls> controls_ = machine_.systemControls();
+  std::unique_ptr<adapters::simulated::SimulatedSensors> sensors_ = machine_.sensors(clock_);
   std::shared_ptr<fakes::FakeSamplingGate> gate_ = std::make_shared<fakes::FakeSamplingGate>();
   std::shared_ptr<sampling::SGPowerMetrics> engine_ =
       sampling::SGPowerMetrics::create({mainQueue_, notifications_, defaults_, reader_});
@@ -77,8 +94,14 @@ class Road {
       modules::ModuleModelPower::create(notifications_, engine_);
   std::shared_ptr<modules::ModuleModelFrequency> frequency_ =
       modules::ModuleModelFrequency::create(notifications_, engine_);
+  std::shared_ptr<modules::ModuleModelTemperature> temperature_ =
+      modules::ModuleModelTemperature::create(
+          notifications_, {*controls_, sensors_->smcDevice(), sensors_->hidSensors()});
+  std::shared_ptr<modules::ModuleModelUtilization> utilization_ =
+      modules::ModuleModelUtilization::create(
+          notifications_, engine_, {sensors_->processorTicks(), sensors_->accelerators()});
   std::shared_ptr<logging::SampleRows> rows_ = std::make_shared<logging::SampleRows>(
-      clock_, logging::SampleRows::Models{power_, frequency_});
+      clock_, logging::SampleRows::Models{power_, frequency_, temperature_, utilization_});
   std::string line_;
 };
 
