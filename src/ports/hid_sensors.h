@@ -28,7 +28,9 @@ class HidClient {
   /// Takes hold of the matching services and returns their number; nothing when the system gives no
   /// list. Below, `service` is a place in the list.
   virtual std::optional<std::size_t> copyServices() = 0;
-  /// The service's property as an integer; nothing when it is missing or no integer.
+  /// The service's property as an integer: a number of exactly that value, in whatever form it is
+  /// kept. Nothing when the property is missing, is no number (a boolean is none), or loses
+  /// anything on the way: a fraction, or what exceeds 64 bits.
   virtual std::optional<std::int64_t> integerProperty(std::size_t service,
                                                       std::string_view name) const = 0;
   /// The field of the service's current event of that type; nothing when it has no such event.

@@ -26,7 +26,7 @@ class PropertyListReader {
   }
 
   /// The same value without the entries of these keys, in whatever dictionary they stand. For
-  /// whoever reads a document every second and a tenth of it.
+  /// whoever reads a document every second and looks at a fifth of it.
   virtual std::optional<base::PropertyList> readWithout(
       std::span<const std::uint8_t> bytes, std::span<const std::string_view> keys) const = 0;
 };

@@ -15,8 +15,9 @@ class SmcDevice {
  public:
   virtual ~SmcDevice() = default;
 
-  /// A handle to the first service "AppleSMC", opened for this task with type 0; nothing when there
-  /// is none or it can't be opened.
+  /// A handle to the first service "AppleSMC", opened for this task with type 0; never 0. Nothing,
+  /// the same in every case, when the kernel's main port, the search, the service or its opening
+  /// fails. What the search itself held, iterator and service, stays unreleased: no caller sees it.
   virtual std::optional<std::uint32_t> open() = 0;
   /// One call with a structure: 80 bytes in, room for 80 bytes out. Returns the kernel's result,
   /// 0 when the call succeeded; `output` counts only then. A handle that is not open fails.

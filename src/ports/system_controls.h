@@ -3,7 +3,6 @@
 
 #pragma once
 
-#include <cstdint>
 #include <optional>
 #include <string_view>
 
@@ -16,9 +15,9 @@ class SystemControls {
  public:
   virtual ~SystemControls() = default;
 
-  /// The variable as an integer, or nothing when it can't be read as one.
-  virtual std::optional<std::int64_t> integer(std::string_view name) const = 0;
-  /// The variable's bytes, which for a text end with NUL; nothing when it can't be read.
+  /// The variable's bytes, all of them; nothing when it can't be read. The kernel does not tell
+  /// what they mean: a text ends with NUL, which counts, and a number has 4 or 8 bytes in the
+  /// host's order.
   virtual std::optional<base::Bytes> bytes(std::string_view name) const = 0;
 };
 

@@ -27,8 +27,8 @@ constexpr std::array<std::string_view, 11> kSuffixes = {"",  "0", "1", "2", "3",
 constexpr std::array<std::string_view, 5> kPowerKeys = {
     "cpu_energy", "dram_energy", "combined_power", "gpu_energy", "ane_energy"};
 
-// Nine tenths of a document: how long each core, cluster and the GPU spent at each of its
-// frequencies. Nobody asks for it.
+// Four fifths and more of a document: how long each core, cluster and the GPU spent at each of its
+// frequencies, and the GPU in each state that its software was in or asked for. Nobody reads it.
 constexpr std::array<std::string_view, 3> kUnread = {"dvfm_states", "sw_state",
                                                      "sw_requested_state"};
 

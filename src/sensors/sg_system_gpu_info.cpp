@@ -14,8 +14,9 @@ namespace {
 constexpr std::uint32_t kVendorApple = 4203;  // 0x106B, Apple's number on the PCI bus
 constexpr double kPercent = 100.0;
 
-/// Reads until it succeeds: the driver of an entry that is there answers in the end, also one that
-/// is just starting again. The entry is held meanwhile, so that no read meets a dead handle.
+/// Reads until it succeeds, since an entry that is skipped would show a GPU at rest; the driver of
+/// an entry that is there is expected to answer in the end. The entry is held meanwhile, so that no
+/// read meets a dead handle.
 base::PropertyList propertiesOf(ports::AcceleratorRegistry& registry, std::uint32_t entry) {
   std::optional<base::PropertyList> properties;
   while (!properties) properties = registry.properties(entry);

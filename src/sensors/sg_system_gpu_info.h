@@ -24,7 +24,9 @@ class SGSystemGPUInfo {
   /// `registry` outlives the object.
   explicit SGSystemGPUInfo(ports::AcceleratorRegistry& registry) : registry_(registry) {}
 
-  /// The first accelerator of Apple's that has statistics; nothing when there is none.
+  /// The first accelerator of Apple's that has statistics; nothing when there is none. Reads every
+  /// accelerator's properties, whoever made it, and blocks for as long as one of those reads fails:
+  /// it is repeated at once and without a limit.
   std::optional<GPUInfoRecord> readGPUInfo() const;
 
  private:

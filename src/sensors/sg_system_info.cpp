@@ -4,6 +4,7 @@
 #include "sensors/sg_system_info.h"
 
 #include <algorithm>
+#include <cstring>
 
 #include "base/fatal.h"
 #include "base/utf8.h"
@@ -35,10 +36,11 @@ std::string SGSystemInfo::cpuBrandString() const {
 }
 
 std::optional<std::int32_t> SGSystemInfo::sysctlInt32(std::string_view name) const {
-  const std::optional<std::int64_t> value = controls_.integer(name);
-  if (!value) return std::nullopt;
-  // The variable has 32 bits, which a source may have widened without the sign.
-  return static_cast<std::int32_t>(*value);
+  const std::optional<base::Bytes> value = controls_.bytes(name);
+  std::int32_t number = 0;
+  if (!value || value->size() != sizeof number) return std::nullopt;
+  std::memcpy(&number, value->data(), sizeof number);
+  return number;
 }
 
 std::optional<std::string_view> SGSystemInfo::otherProcessorName() const {
@@ -54,9 +56,6 @@ std::optional<std::string_view> SGSystemInfo::otherProcessorName() const {
   }
 }
 
-bool SGSystemInfo::isAppleSilicon() const {
-  const std::optional<std::string_view> name = otherProcessorName();
-  return !name || *name == "ARM";
-}
+bool SGSystemInfo::isAppleSilicon() const { return !otherProcessorName(); }
 
 }  // namespace pallimo::sensors

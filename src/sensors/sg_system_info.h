@@ -25,7 +25,8 @@ class SGSystemInfo {
   std::string hardwareModel() const;
   /// The chip, "Apple M2 Pro"; stops the program as sysctlString() does.
   std::string cpuBrandString() const;
-  /// The variable as a 32-bit number, or nothing when it can't be read.
+  /// The variable's 4 bytes as a number with a sign, in the host's order. Nothing when it can't be
+  /// read or has another size: one of 64 bits does not fit.
   std::optional<std::int32_t> sysctlInt32(std::string_view name) const;
 
   /// Nothing on an ARM processor; otherwise the name of what was found: "x86", "unknown", or

@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <memory>
 #include <optional>
+#include <string>
 
 #include "base/fatal.h"
 #include "base/four_char_code.h"

@@ -23,8 +23,8 @@ extern const std::array<TemperatureSensor, 32> kGPUTemperatureKeyTable;
 extern const std::array<TemperatureSensor, 31> kHIDCPUSensorTable;
 extern const std::array<TemperatureSensor, 16> kHIDGPUSensorTable;
 
-/// Whether the name is one of those four tables'. In constant time: the SMC's passes ask it for
-/// every key of every sample.
+/// Whether the name is one of those four tables'. Without going through the table: the SMC's
+/// passes ask it for every key of every sample.
 bool isCPUTemperatureKey(std::string_view name);
 bool isGPUTemperatureKey(std::string_view name);
 bool isHIDCPUSensor(std::string_view name);

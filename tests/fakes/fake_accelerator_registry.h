@@ -22,8 +22,8 @@ namespace pallimo::fakes {
 
 /// A registry with the accelerators that the test adds, at first none. Any thread.
 ///
-/// Fails the test on a handle that is used or released after its release, or not released in the
-/// end.
+/// Fails the test on a handle that is used or released after its release, not released in the end,
+/// or of the wrong kind: an entry is no iterator, and only an entry has properties.
 class FakeAcceleratorRegistry final : public ports::AcceleratorRegistry {
  public:
   /// What a search gives that finds nothing.
@@ -81,7 +81,7 @@ class FakeAcceleratorRegistry final : public ports::AcceleratorRegistry {
     const bool findsSome = className == "IOAccelerator" && !entries_.empty();
     if (!findsSome && emptySearch_ == EmptySearch::zero) return 0;
     Handle iterator;
-    iterator.isIterator = true;
+    iterator.kind = Kind::iterator;
     iterator.number = findsSome ? 0 : entries_.size();
     return hold(iterator);
   }
@@ -89,7 +89,7 @@ class FakeAcceleratorRegistry final : public ports::AcceleratorRegistry {
   std::uint32_t next(std::uint32_t iterator) override {
     base::MutexLock lock(mutex_);
     calls_.push_back("next");
-    Handle* handle = find(iterator);
+    Handle* handle = find(iterator, Kind::iterator);
     if (handle == nullptr || handle->number >= entries_.size()) return 0;
     Handle entry;
     entry.number = handle->number++;
@@ -97,10 +97,10 @@ class FakeAcceleratorRegistry final : public ports::AcceleratorRegistry {
     return hold(entry);
   }
 
-  /// Of a dead handle an empty dictionary, so that whoever reads again does come to an end.
+  /// Of a wrong handle an empty dictionary, so that whoever reads again does come to an end.
   std::optional<base::PropertyList> properties(std::uint32_t entry) override {
     base::MutexLock lock(mutex_);
-    Handle* handle = find(entry);
+    Handle* handle = find(entry, Kind::entry);
     if (handle == nullptr) return base::PropertyList();
     calls_.push_back("properties of " + std::to_string(handle->number));
     if (handle->failuresLeft-- > 0) return std::nullopt;
@@ -111,8 +111,8 @@ class FakeAcceleratorRegistry final : public ports::AcceleratorRegistry {
     base::MutexLock lock(mutex_);
     const Handle* handle = find(object);
     if (handle == nullptr) return;
-    calls_.push_back(handle->isIterator ? "release iterator"
-                                        : "release " + std::to_string(handle->number));
+    calls_.push_back(handle->kind == Kind::iterator ? "release iterator"
+                                                    : "release " + std::to_string(handle->number));
     held_.erase(object);
   }
 
@@ -121,8 +121,9 @@ class FakeAcceleratorRegistry final : public ports::AcceleratorRegistry {
     base::PropertyListDictionary properties;
     int failures = 0;
   };
+  enum class Kind { entry, iterator };
   struct Handle {
-    bool isIterator = false;
+    Kind kind = Kind::entry;
     std::size_t number = 0;  ///< of the entry; of an iterator's next entry
     int failuresLeft = 0;
   };
@@ -135,6 +136,13 @@ class FakeAcceleratorRegistry final : public ports::AcceleratorRegistry {
     const auto found = held_.find(object);
     if (found != held_.end()) return &found->second;
     ADD_FAILURE() << "handle " << object << " is dead";
+    return nullptr;
+  }
+  Handle* find(std::uint32_t object, Kind kind) PALLIMO_REQUIRES(mutex_) {
+    Handle* handle = find(object);
+    if (handle == nullptr || handle->kind == kind) return handle;
+    ADD_FAILURE() << "handle " << object
+                  << (kind == Kind::iterator ? " is no iterator" : " is no entry");
     return nullptr;
   }
 

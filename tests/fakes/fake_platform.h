@@ -50,7 +50,7 @@ struct FakePlatform {
     bundle.embedHelper("1.0");
   }
 
-  void setCpuType(std::int64_t type) { systemControls.setInteger("hw.cputype", type); }
+  void setCpuType(std::int32_t type) { systemControls.setInteger("hw.cputype", type); }
 
   app::Platform platform() {
     return {mainQueue,       notifications,   defaults,     propertyLists,  systemControls,

@@ -15,8 +15,10 @@
 
 namespace pallimo::fakes {
 
-/// Programs that print what the test says; all others can't be started. A command is the path and
-/// the arguments with a space between them. Any thread.
+/// Programs that print what the test says; all others can't be started. Any thread.
+///
+/// A command is the path and the arguments with a space between them; a space inside one of them is
+/// written "\ ", so that two arguments never look like one.
 class FakeProgramLauncher final : public ports::ProgramLauncher {
  public:
   void setOutput(const std::string& command, std::string_view output) {
@@ -28,8 +30,8 @@ class FakeProgramLauncher final : public ports::ProgramLauncher {
 
   std::optional<base::Bytes> run(const std::string& path,
                                  const std::vector<std::string>& arguments) override {
-    std::string command = path;
-    for (const std::string& argument : arguments) command += " " + argument;
+    std::string command = escaped(path);
+    for (const std::string& argument : arguments) command += " " + escaped(argument);
     commands_.add(command);
     base::MutexLock lock(mutex_);
     const auto found = outputs_.find(command);
@@ -38,6 +40,15 @@ class FakeProgramLauncher final : public ports::ProgramLauncher {
   }
 
  private:
+  static std::string escaped(std::string_view word) {
+    std::string text;
+    for (const char character : word) {
+      if (character == ' ' || character == '\\') text += '\\';
+      text += character;
+    }
+    return text;
+  }
+
   base::Mutex mutex_;
   std::map<std::string, base::Bytes> outputs_ PALLIMO_GUARDED_BY(mutex_);
   Journal commands_;

@@ -29,7 +29,7 @@ using Tree = std::unique_ptr<std::remove_pointer_t<plist_t>, TreeDeleter>;
 ///
 /// A repeated key leaves its last value. A keyed-archiver reference (binary documents only) becomes
 /// what its XML form is, a dictionary of the one key "CF$UID".
-std::optional<base::PropertyList> propertyListOf(
-    plist_t node, std::span<const std::string_view> withoutKeys = {});
+std::optional<base::PropertyList> propertyListOf(plist_t node,
+                                                 std::span<const std::string_view> withoutKeys);
 
 }  // namespace pallimo::adapters::libplist

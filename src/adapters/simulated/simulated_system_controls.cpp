@@ -3,18 +3,31 @@
 
 #include "adapters/simulated/simulated_system_controls.h"
 
+#include <cstring>
+#include <limits>
 #include <utility>
 
 namespace pallimo::adapters::simulated {
 
 namespace {
 
-template <typename Kind>
-std::optional<Kind> find(const SystemControlValues& values, std::string_view name) {
-  const auto found = values.find(name);
-  if (found == values.end()) return std::nullopt;
-  const auto* value = std::get_if<Kind>(&found->second);
-  return value == nullptr ? std::nullopt : std::optional<Kind>(*value);
+template <typename Number>
+base::Bytes memoryOf(Number number) {
+  base::Bytes bytes(sizeof number);
+  std::memcpy(bytes.data(), &number, sizeof number);
+  return bytes;
+}
+
+base::Bytes bytesOf(std::int64_t integer) {
+  const bool has32Bits = integer >= std::numeric_limits<std::int32_t>::min() &&
+                         integer <= std::numeric_limits<std::uint32_t>::max();
+  return has32Bits ? memoryOf(static_cast<std::uint32_t>(integer)) : memoryOf(integer);
+}
+
+base::Bytes bytesOf(const std::string& text) {
+  base::Bytes bytes(text.begin(), text.end());
+  bytes.push_back(0);  // the kernel counts the final NUL
+  return bytes;
 }
 
 }  // namespace
@@ -22,16 +35,10 @@ std::optional<Kind> find(const SystemControlValues& values, std::string_view nam
 SimulatedSystemControls::SimulatedSystemControls(SystemControlValues values)
     : values_(std::move(values)) {}
 
-std::optional<std::int64_t> SimulatedSystemControls::integer(std::string_view name) const {
-  return find<std::int64_t>(values_, name);
-}
-
 std::optional<base::Bytes> SimulatedSystemControls::bytes(std::string_view name) const {
-  const auto text = find<std::string>(values_, name);
-  if (!text) return std::nullopt;
-  base::Bytes bytes(text->begin(), text->end());
-  bytes.push_back(0);  // the kernel counts the final NUL
-  return bytes;
+  const auto found = values_.find(name);
+  if (found == values_.end()) return std::nullopt;
+  return std::visit([](const auto& value) { return bytesOf(value); }, found->second);
 }
 
 }  // namespace pallimo::adapters::simulated

@@ -20,14 +20,12 @@ using SystemControlValue = std::variant<std::string, std::int64_t>;
 /// By name. An absent name is a variable that can't be read.
 using SystemControlValues = std::map<std::string, SystemControlValue, std::less<>>;
 
-/// Kernel variables made of data. A text can't be read as an integer, nor an integer
-/// as bytes.
-/// Constant after construction; any thread.
+/// Kernel variables made of data: a text with its final NUL; an integer in 4 bytes when 32 bits
+/// hold it, with a sign or without, else in 8. Constant after construction; any thread.
 class SimulatedSystemControls final : public ports::SystemControls {
  public:
   explicit SimulatedSystemControls(SystemControlValues values);
 
-  std::optional<std::int64_t> integer(std::string_view name) const override;
   std::optional<base::Bytes> bytes(std::string_view name) const override;
 
  private:

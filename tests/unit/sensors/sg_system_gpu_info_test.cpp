@@ -5,6 +5,12 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
 #include "fakes/fake_accelerator_registry.h"
 
 namespace pallimo::sensors {
@@ -34,6 +40,10 @@ PropertyListDictionary with(PropertyListDictionary properties, const std::string
   properties = without(std::move(properties), key);
   properties.emplace_back(key, std::move(value));
   return properties;
+}
+
+PropertyListDictionary othersGPU(const std::string& model, std::int64_t percent) {
+  return with(gpu(model, percent), kVendor, PropertyList(base::Bytes{0xDE, 0x10, 0, 0}));
 }
 
 PropertyList statisticsOf(PropertyList percent) {
@@ -75,8 +85,8 @@ TEST_F(SGSystemGPUInfoTest, ReadsAFullyBusyGPU) {
 }
 
 TEST_F(SGSystemGPUInfoTest, WalksTheRegistryAnewEachTime) {
-  EXPECT_EQ(readOnly(gpu("Apple M2", 37))->utilisation, 0.37);
-  EXPECT_EQ(readOnly(gpu("Apple M2", 50))->utilisation, 0.5);
+  EXPECT_EQ(readOnly(gpu("Apple M2", 37)), (GPUInfoRecord{"Apple M2", 0.37}));
+  EXPECT_EQ(readOnly(gpu("Apple M4", 50)), (GPUInfoRecord{"Apple M4", 0.5}));
   registry_.clear();
   EXPECT_EQ(read(), std::nullopt);
 }
@@ -101,7 +111,7 @@ TEST_F(SGSystemGPUInfoTest, IsNothingWithoutAnIteratorAndReleasesNone) {
 
 TEST_F(SGSystemGPUInfoTest, WalksToTheEndAndReleasesEveryEntryAndTheIterator) {
   registry_.add(gpu("first", 1));
-  registry_.add(with(gpu("other", 2), kVendor, PropertyList(base::Bytes{0xDE, 0x10, 0, 0})));
+  registry_.add(othersGPU("other", 2));
   registry_.add({});
   registry_.add(without(gpu("none", 3), kVendor));
   EXPECT_EQ(read(), (GPUInfoRecord{"first", 0.01}));
@@ -134,6 +144,39 @@ TEST_F(SGSystemGPUInfoTest, ReadsAnEntryAgainUntilItSucceeds) {
                           "properties of 0",
                           "properties of 0",
                           "release 0",
+                          "next",
+                          "release iterator"};
+  EXPECT_EQ(registry_.takeCalls(), expected);
+}
+
+TEST_F(SGSystemGPUInfoTest, ReadsAnotherVendorsEntryAgainToo) {
+  registry_.add(othersGPU("other", 37), 2);
+  EXPECT_EQ(read(), std::nullopt);
+  const Calls expected = {"search IOAccelerator",
+                          "next",
+                          "properties of 0",
+                          "properties of 0",
+                          "properties of 0",
+                          "release 0",
+                          "next",
+                          "release iterator"};
+  EXPECT_EQ(registry_.takeCalls(), expected);
+}
+
+TEST_F(SGSystemGPUInfoTest, ReadsEachEntryAgainOnItsOwn) {
+  registry_.add(without(gpu("first", 10), kStatistics), 1);
+  registry_.add(gpu("second", 20), 2);
+  EXPECT_EQ(read(), (GPUInfoRecord{"second", 0.2}));
+  const Calls expected = {"search IOAccelerator",
+                          "next",
+                          "properties of 0",
+                          "properties of 0",
+                          "release 0",
+                          "next",
+                          "properties of 1",
+                          "properties of 1",
+                          "properties of 1",
+                          "release 1",
                           "next",
                           "release iterator"};
   EXPECT_EQ(registry_.takeCalls(), expected);
@@ -183,6 +226,12 @@ TEST_F(SGSystemGPUInfoTest, TakesTheFirstWithStatistics) {
   EXPECT_EQ(read(), (GPUInfoRecord{"second", 0.2}));
 }
 
+TEST_F(SGSystemGPUInfoTest, PassesOverAnotherVendorsStatistics) {
+  registry_.add(othersGPU("first", 10));
+  registry_.add(gpu("second", 20));
+  EXPECT_EQ(read(), (GPUInfoRecord{"second", 0.2}));
+}
+
 TEST_F(SGSystemGPUInfoTest, PassesOverStatisticsThatAreNoDictionary) {
   registry_.add(with(gpu("first", 10), kStatistics, PropertyList(std::string("busy"))));
   registry_.add(gpu("second", 20));
@@ -224,6 +273,7 @@ TEST_F(SGSystemGPUInfoTest, HasNoUtilisationWhenTheStatisticsDoNotTell) {
 TEST_F(SGSystemGPUInfoTest, HasNoUtilisationWhenItIsNoNumber) {
   EXPECT_EQ(utilisationOf(statisticsOf(PropertyList(std::string("37")))), 0.0);
   EXPECT_EQ(utilisationOf(statisticsOf(PropertyList(base::Bytes{37}))), 0.0);
+  EXPECT_EQ(utilisationOf(statisticsOf(PropertyList(true))), 0.0);
 }
 
 }  // namespace

@@ -5,7 +5,12 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <limits>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
 
 #include "fakes/fake_system_controls.h"
 
@@ -23,11 +28,15 @@ class SGSystemInfoTest : public ::testing::Test {
   std::string stringOf(std::string_view text) {
     return stringOf(base::Bytes(text.begin(), text.end()));
   }
-  bool isAppleSilicon(std::int64_t cpuType) {
+  std::optional<std::int32_t> numberOf(base::Bytes bytes) {
+    controls_.setBytes("test.number", std::move(bytes));
+    return info_.sysctlInt32("test.number");
+  }
+  bool isAppleSilicon(std::int32_t cpuType) {
     controls_.setInteger(kCPUType, cpuType);
     return info_.isAppleSilicon();
   }
-  std::optional<std::string_view> nameOf(std::int64_t cpuType) {
+  std::optional<std::string_view> nameOf(std::int32_t cpuType) {
     controls_.setInteger(kCPUType, cpuType);
     return info_.otherProcessorName();
   }
@@ -121,9 +130,25 @@ TEST_F(SysctlInt32, IsNothingWhenItCannotBeRead) {
   EXPECT_EQ(info_.sysctlInt32("test.number"), std::nullopt);
 }
 
-TEST_F(SysctlInt32, IsNothingForAText) {
-  controls_.setText("test.number", "12");
-  EXPECT_EQ(info_.sysctlInt32("test.number"), std::nullopt);
+TEST_F(SysctlInt32, IsFourBytesInTheHostsOrder) {
+  EXPECT_EQ(numberOf({0x0C, 0, 0, 1}), 0x0100000C);
+  EXPECT_EQ(numberOf({0xFF, 0xFF, 0xFF, 0xFF}), -1);
+}
+
+TEST_F(SysctlInt32, IsNothingForA64BitVariable) {
+  EXPECT_EQ(numberOf({8, 0, 0, 0, 0, 0, 0, 0}), std::nullopt);
+}
+
+TEST_F(SysctlInt32, IsNothingForAVariableOfAnyOtherSize) {
+  EXPECT_EQ(numberOf({}), std::nullopt);
+  EXPECT_EQ(numberOf({8}), std::nullopt);
+  EXPECT_EQ(numberOf({8, 0, 0}), std::nullopt);
+  EXPECT_EQ(numberOf({8, 0, 0, 0, 0}), std::nullopt);
+}
+
+TEST_F(SysctlInt32, ReadsAnewEachTime) {
+  EXPECT_EQ(numberOf({8, 0, 0, 0}), 8);
+  EXPECT_EQ(numberOf({4, 0, 0, 0}), 4);
 }
 
 TEST_F(AppleSilicon, PassesThe64BitArmType) { EXPECT_TRUE(isAppleSilicon(0x0100000C)); }
@@ -133,6 +158,13 @@ TEST_F(AppleSilicon, PassesThePlainArmType) { EXPECT_TRUE(isAppleSilicon(12)); }
 TEST_F(AppleSilicon, PassesWhateverFlagsStandAboveTheLowByte) {
   EXPECT_TRUE(isAppleSilicon(0x7FFFFF0C));
   EXPECT_TRUE(isAppleSilicon(-244));  // 0xFFFFFF0C
+}
+
+TEST_F(AppleSilicon, IsTheLowByte12AndNoOther) {
+  for (std::int32_t family = 0; family <= 0xFF; ++family) {
+    EXPECT_EQ(isAppleSilicon(family), family == 12) << family;
+    EXPECT_EQ(isAppleSilicon(0x01000000 | family), family == 12) << family;
+  }
 }
 
 TEST_F(AppleSilicon, HasNoOtherNameForArm) { EXPECT_EQ(nameOf(0x0100000C), std::nullopt); }
@@ -148,7 +180,7 @@ TEST_F(AppleSilicon, NamesIntelX86) {
 }
 
 TEST_F(AppleSilicon, RefusesEveryOtherTypeAsUnknown) {
-  for (const std::int64_t type : {0, 1, 11, 13, 18, 0x0C00, 0x0100000D, 255}) {
+  for (const std::int32_t type : {0, 1, 11, 13, 18, 0x0C00, 0x0100000D, 255}) {
     EXPECT_FALSE(isAppleSilicon(type)) << type;
     EXPECT_EQ(nameOf(type), "unknown") << type;
   }
@@ -164,13 +196,16 @@ TEST_F(AppleSilicon, RefusesMinusOneAsAnError) {
   EXPECT_EQ(nameOf(-1), "error in CPU type");
 }
 
-TEST_F(AppleSilicon, TakesMinusOneWithoutItsSignAsAnErrorToo) {
-  EXPECT_EQ(nameOf(0xFFFFFFFF), "error in CPU type");
+TEST_F(AppleSilicon, RefusesATypeOf64BitsAsAnError) {
+  controls_.setBytes(kCPUType, {12, 0, 0, 1, 0, 0, 0, 0});
+  EXPECT_FALSE(info_.isAppleSilicon());
+  EXPECT_EQ(info_.otherProcessorName(), "error in CPU type");
 }
 
 TEST_F(AppleSilicon, ReadsNoOtherVariable) {
-  controls_.setInteger("hw.cpusubtype", 12);
-  controls_.setText(kCPUType, "12");
+  for (const char* name : {"hw.cpusubtype", "hw.cpufamily", "hw.optional.arm64"}) {
+    controls_.setInteger(name, 12);
+  }
   EXPECT_FALSE(info_.isAppleSilicon());
 }
 

@@ -5,7 +5,14 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <limits>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
 
 #include "fakes/fake_program_launcher.h"
 
@@ -26,6 +33,19 @@ class OneDocumentReader final : public ports::PropertyListReader {
     return std::string(bytes.begin(), bytes.end()) == "the report" ? document : std::nullopt;
   }
   std::optional<PropertyList> document;
+};
+
+/// Starts nothing and keeps what it was asked to start.
+class RecordingLauncher final : public ports::ProgramLauncher {
+ public:
+  std::optional<base::Bytes> run(const std::string& program,
+                                 const std::vector<std::string>& words) override {
+    path = program;
+    arguments = words;
+    return std::nullopt;
+  }
+  std::string path;
+  std::vector<std::string> arguments;
 };
 
 PropertyList arrayOf(const PropertyList& value) {
@@ -76,6 +96,14 @@ TEST_F(ProfilerItem, RunsTheProfilerForXmlOnTheTypeOfData) {
   profiler_.profilerItem("SPHardwareDataType");
   EXPECT_EQ(launcher_.takeCommands(),
             std::vector<std::string>{"/usr/sbin/system_profiler -xml SPHardwareDataType"});
+}
+
+TEST(ProfilerArguments, AreXmlAndTheTypeOfDataAsOneArgumentEach) {
+  RecordingLauncher launcher;
+  const OneDocumentReader reader;
+  SGSystemProfiler(launcher, reader).profilerItem("two words");
+  EXPECT_EQ(launcher.path, "/usr/sbin/system_profiler");
+  EXPECT_EQ(launcher.arguments, (std::vector<std::string>{"-xml", "two words"}));
 }
 
 TEST_F(ProfilerItem, IsTheFirstItemOfTheReport) {

@@ -5,6 +5,11 @@
 
 #include <gtest/gtest.h>
 
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
 #include "fakes/fake_hid_sensors.h"
 #include "fakes/fake_smc_device.h"
 #include "fakes/fake_system_controls.h"

@@ -7,7 +7,11 @@
 
 #include <cmath>
 #include <limits>
+#include <map>
 #include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
 
 #include "fakes/fake_smc_device.h"
 #include "fakes/fake_system_controls.h"
@@ -365,6 +369,25 @@ TEST_F(SMCGPUPass, IsTheSameOnEveryChip) {
     EXPECT_EQ(callsOfGPUPass(), (Calls{"open", "read Tg05", "close", "open", "read Tg05", "close"}))
         << brand;
   }
+}
+
+TEST(SMCWithoutABrand, FindsTheKeysAndReadsTheGPU) {
+  const fakes::FakeSystemControls nameless;
+  fakes::FakeSmcDevice device;
+  device.setFloat("Tp01", 45);
+  device.setFloat("Tg05", 15);
+  SGM1SMCSensorTemperature sensors(device, nameless);
+  EXPECT_EQ(sensors.availableTemperatureKeys(), (Keys{{"Tg05", "flt "}, {"Tp01", "flt "}}));
+  EXPECT_EQ(sensors.readGPUTemperatures(), (TemperatureReadings{{"Tg05", 15}}));
+}
+
+TEST(SMCWithoutABrandDeathTest, StopsOnceTheCPUIsRead) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  const fakes::FakeSystemControls nameless;
+  fakes::FakeSmcDevice device;
+  SGM1SMCSensorTemperature sensors(device, nameless);
+  EXPECT_DEATH(sensors.readCPUTemperatures(),
+               "The kernel variable machdep\\.cpu\\.brand_string can't be read\\.");
 }
 
 TEST_F(SMCFailures, WithoutAnSMCThereIsNothing) {

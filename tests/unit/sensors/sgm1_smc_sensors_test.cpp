@@ -7,8 +7,13 @@
 
 #include <array>
 #include <cmath>
+#include <cstddef>
+#include <cstdint>
 #include <cstring>
 #include <limits>
+#include <optional>
+#include <string>
+#include <vector>
 
 #include "fakes/fake_smc_device.h"
 

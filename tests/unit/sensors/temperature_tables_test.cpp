@@ -9,6 +9,10 @@
 #include <cstddef>
 #include <set>
 #include <sstream>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
 
 namespace pallimo::sensors {
 namespace {

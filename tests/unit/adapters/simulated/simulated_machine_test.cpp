@@ -218,8 +218,8 @@ class RecordedMachine : public ::testing::Test {
 TEST_F(RecordedMachine, IsWhatTheRecordingSays) {
   EXPECT_EQ(loaded(simulation()).name(), "Recorded");
   EXPECT_EQ(loaded(simulation()).systemControls()->bytes("hw.model"), textBytes("Mac99,9"));
-  EXPECT_EQ(loaded(simulation()).systemControls()->integer("hw.cputype"), 7);
-  EXPECT_EQ(loaded(simulation()).systemControls()->integer("hw.ncpu"), std::nullopt);
+  EXPECT_EQ(loaded(simulation()).systemControls()->bytes("hw.cputype"), (base::Bytes{7, 0, 0, 0}));
+  EXPECT_EQ(loaded(simulation()).systemControls()->bytes("hw.ncpu"), std::nullopt);
 }
 
 TEST_F(RecordedMachine, PrintsTheStepsBytes) {
