@@ -66,7 +66,11 @@ class Road {
  public:
   Road() {
     engine_->setGate(gate_);
-    engine_->setFanout({power_, utilization_, frequency_, temperature_, rows_});
+    engine_->setFanout({.power = power_,
+                        .utilization = utilization_,
+                        .frequency = frequency_,
+                        .temperature = temperature_,
+                        .log = rows_});
     rows_->addReceiver([this](const logging::LogRow& row) {
       line_ = logging::csvLine(logging::formatRow(row, clock_.now()));
     });
@@ -101,7 +105,7 @@ class Road {
       modules::ModuleModelUtilization::create(
           notifications_, engine_, {sensors_->processorTicks(), sensors_->accelerators()});
   std::shared_ptr<logging::SampleRows> rows_ = std::make_shared<logging::SampleRows>(
-      clock_, logging::SampleRows::Models{power_, frequency_, temperature_, utilization_});
+      clock_, logging::SampleRows::Models{*power_, *frequency_, *temperature_, *utilization_});
   std::string line_;
 };
 

@@ -46,8 +46,8 @@ GeneralModel::GeneralModel(const Platform& platform)
           {platform.systemControls, platform.accelerators, platform.programLauncher,
            platform.propertyLists})),
       sampleRows_(std::make_shared<logging::SampleRows>(
-          platform.clock, logging::SampleRows::Models{modelPower_, modelFrequency_,
-                                                      modelTemperature_, modelUtilization_})) {
+          platform.clock, logging::SampleRows::Models{*modelPower_, *modelFrequency_,
+                                                      *modelTemperature_, *modelUtilization_})) {
   wire();
 }
 
@@ -55,8 +55,11 @@ void GeneralModel::wire() {
   xpcmanager_->setPowerMetricsModelDelegate(modelPowerMetrics_);
   xpcmanager_->setUtilizationModelDelegate(modelUtilization_);
   modelPowerMetrics_->setGate(xpcmanager_);
-  modelPowerMetrics_->setFanout(
-      {modelPower_, modelUtilization_, modelFrequency_, modelTemperature_, sampleRows_});
+  modelPowerMetrics_->setFanout({.power = modelPower_,
+                                 .utilization = modelUtilization_,
+                                 .frequency = modelFrequency_,
+                                 .temperature = modelTemperature_,
+                                 .log = sampleRows_});
 }
 
 void GeneralModel::applicationWillTerminate() {

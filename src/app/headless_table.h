@@ -10,10 +10,10 @@
 
 namespace pallimo::app {
 
-// The table that a headless run prints for people: power (W), frequencies (MHz), temperatures (°C,
-// the first three the CPU's) and utilisation (%). Columns have fixed widths, 123 places in all;
-// figures stand at the right and have a fixed number of decimals, so that nothing dances from line
-// to line. Not a number is written nan. ASCII only. Pure.
+// The table that a headless run prints for people: power (W), frequencies (MHz), temperatures (°C;
+// "min", "avg" and "max" are the CPU's) and utilisation (%). Columns have fixed widths, 123 places
+// in all; figures stand at the right and have a fixed number of decimals, so that nothing dances
+// from line to line. Not a number is written nan. ASCII only. Pure.
 
 /// Two lines, each with its line end: the groups with their units, the columns' names.
 std::string tableHeader();

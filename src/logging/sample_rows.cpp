@@ -46,18 +46,18 @@ void fill(LogRow& row, const modules::ModuleModelUtilization& utilization) {
 
 }  // namespace
 
-SampleRows::SampleRows(const ports::Clock& clock, Models models)
-    : clock_(clock), models_(std::move(models)) {}
+SampleRows::SampleRows(const ports::Clock& clock, const Models& models)
+    : clock_(clock), models_(models) {}
 
 void SampleRows::addReceiver(Receiver receiver) { receivers_.push_back(std::move(receiver)); }
 
 void SampleRows::appendRow() {
   LogRow row;
   row.time = clock_.now();
-  if (models_.power) fill(row, *models_.power);
-  if (models_.frequency) fill(row, *models_.frequency);
-  if (models_.temperature) fill(row, *models_.temperature);
-  if (models_.utilization) fill(row, *models_.utilization);
+  fill(row, models_.power);
+  fill(row, models_.frequency);
+  fill(row, models_.temperature);
+  fill(row, models_.utilization);
   for (const Receiver& receiver : receivers_) receiver(row);
 }
 

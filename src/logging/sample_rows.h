@@ -4,7 +4,6 @@
 #pragma once
 
 #include <functional>
-#include <memory>
 #include <vector>
 
 #include "logging/log_row.h"
@@ -23,15 +22,15 @@ class SampleRows final : public sampling::RowLog {
  public:
   using Receiver = std::function<void(const LogRow&)>;
 
-  /// The models whose values a row holds; where one is nullptr, its figures stand at 0.
+  /// The models whose values a row holds. They outlive the rows.
   struct Models {
-    std::shared_ptr<const modules::ModuleModelPower> power;
-    std::shared_ptr<const modules::ModuleModelFrequency> frequency;
-    std::shared_ptr<const modules::ModuleModelTemperature> temperature;
-    std::shared_ptr<const modules::ModuleModelUtilization> utilization;
+    const modules::ModuleModelPower& power;
+    const modules::ModuleModelFrequency& frequency;
+    const modules::ModuleModelTemperature& temperature;
+    const modules::ModuleModelUtilization& utilization;
   };
 
-  SampleRows(const ports::Clock& clock, Models models);
+  SampleRows(const ports::Clock& clock, const Models& models);
 
   /// Adds a receiver; before sampling starts. It is called on the delivery thread and must not
   /// block.

@@ -80,8 +80,8 @@ std::map<std::string, CPUUnitInfo, std::less<>> clusterTickAverages(
   return averages;
 }
 
-// Written from the left: each step adds to the sum so far, so that the last bit does not depend on
-// who asks. (Which side of a + stands first makes no difference, how the sums nest does.)
+// The sum nests as ((user + system) + idle) + nice, for the whole CPU and for the clusters alike:
+// another nesting may round to another last bit.
 double busyFraction(const CPUUnitInfo& info) {
   return 1 - info.idle / (info.user + info.system + info.idle + info.nice);
 }

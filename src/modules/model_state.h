@@ -14,11 +14,15 @@ namespace pallimo::modules {
 ///
 /// `State` holds a `figures` of the type `Figures` and makes what readers get: `Snapshot snapshot()
 /// const`. Any thread; no reader sees half of a change.
+///
+/// What it is handed or calls under its lock (`change`, `keep`, State::snapshot()) must not come
+/// back to this object, which would wait for itself; it moves values and does nothing else, no I/O
+/// and no call to others.
 template <typename State, typename Figures, typename Snapshot>
 class ModelState {
  public:
-  /// Runs `change` on the state. Under the lock, so it moves figures in and histories on and does
-  /// nothing else.
+  /// Runs `change(state)` under the lock: moves figures in and histories on. Snapshots that readers
+  /// hold stay as they are; the next one is made anew.
   template <typename Change>
   void commit(Change change) {
     std::shared_ptr<const Snapshot> outdated;  // freed after the lock is let go
@@ -32,7 +36,8 @@ class ModelState {
     clear([](const State&, State&) {});
   }
 
-  /// Back to a new State, into which `keep(former, emptied)` takes over what stays.
+  /// Back to a new State, into which `keep(former, emptied)`, under the lock, takes over what
+  /// stays.
   template <typename Keep>
   void clear(Keep keep) {
     State emptied;  // freed after the lock is let go, with a history of hours perhaps

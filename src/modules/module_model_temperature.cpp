@@ -4,7 +4,6 @@
 #include "modules/module_model_temperature.h"
 
 #include <functional>
-#include <utility>
 
 namespace pallimo::modules {
 
@@ -14,7 +13,8 @@ using sensors::TemperatureReadings;
 
 constexpr double kNoSensor = -1;
 
-/// The first value that no later one lies `beyond`.
+/// The value that no other one lies `beyond`. Nothing lies beyond what is not a number: as the
+/// first value it stays, later it is passed over.
 template <typename Beyond>
 double extreme(const TemperatureReadings& readings, Beyond beyond) {
   if (readings.empty()) return kNoSensor;

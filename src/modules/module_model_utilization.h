@@ -33,7 +33,9 @@ class ModuleModelUtilization final : public MetricModel,
   };
 
   /// The latest fractions, 0 to 1. Not a number where no ticks were counted: none passed, they
-  /// can't be read, or the machine has no core of the kind.
+  /// can't be read, or no processor is known to be of the kind. Beside 0 to 1 when a counter of the
+  /// kernel turned negative in between (after some 248 days): by some 1e-8 then, without limit
+  /// where the figure is since boot.
   struct Figures {
     double utilization = 0;     ///< of all processors together
     double eutilization = 0;    ///< of the efficiency cores
@@ -55,8 +57,9 @@ class ModuleModelUtilization final : public MetricModel,
       const Services& services);
   ~ModuleModelUtilization() override;
 
-  /// Both kinds of cores stand at 0 until a sample has told which processors are which; from then
-  /// on that is never asked again. A kind that it does not name counts as wholly busy.
+  /// Both kinds of cores stand at 0 until the reader's table of clusters is no longer empty; from
+  /// then on it is never asked again. A kind whose key that table lacks counts as wholly busy. (The
+  /// parser's tables have both keys or none; a kind that the machine lacks has an empty list.)
   void ingestSample() override;
   /// Keeps the ticks counted last, so that the next sample measures from there and not since boot,
   /// and which processors are of which kind.

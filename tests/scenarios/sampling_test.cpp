@@ -16,6 +16,14 @@ class Sampling : public WholeProgram {
     platform_.processorTicks.set({{20, 5, 75, 0}, {50, 25, 25, 0}});
     platform_.accelerators.add(fakes::FakeAcceleratorRegistry::appleGPU("Apple M2 Pro", 37));
   }
+
+  /// One history of each module: power, utilisation, frequency, temperature.
+  std::vector<std::size_t> lengthsOfHistories() {
+    return {general().modelPower()->snapshot()->historicPKG.length,
+            general().modelUtilization()->snapshot()->historic.length,
+            general().modelFrequency()->snapshot()->historicECore.length,
+            general().modelTemperature()->snapshot()->historicCPUAvg.length};
+  }
 };
 
 const std::string kRequest = "requestPowermetrics 500.000000";
@@ -50,9 +58,10 @@ TEST_F(Sampling, ASampleBecomesARow) {
 TEST_F(Sampling, WithoutSensorsTicksAndGpuTheRowSaysSo) {
   startWithUsableHelper();
   helperSends();
-  EXPECT_EQ(output_.takeLines()[1],
-            "13:02:33.123, 0.000, 12.000, 8.000, 1.000, 0.100, 3.000, 1500, 3000, 444, -1, nan, -1, "
-            "nan, nan, nan, nan, 0.000");
+  EXPECT_EQ(
+      output_.takeLines()[1],
+      "13:02:33.123, 0.000, 12.000, 8.000, 1.000, 0.100, 3.000, 1500, 3000, 444, -1, nan, -1, "
+      "nan, nan, nan, nan, 0.000");
 }
 
 TEST_F(Sampling, UtilisationCountsFromOneSampleToTheNext) {
@@ -93,11 +102,52 @@ TEST_F(Sampling, AResultWithoutBytesIsNoRow) {
   EXPECT_EQ(output_.takeLines(), Lines{});
 }
 
-TEST_F(Sampling, ADocumentThatCannotBeReadIsARowOfZeros) {
+TEST_F(Sampling, ADocumentThatCannotBeReadLeavesTheAppsOwnReadings) {
+  giveSensors();
+  startWithUsableHelper();
+  helperSends();
+  platform_.processorTicks.advance({{10, 0, 0, 0}, {0, 0, 30, 0}});
+  helper().sendResult(base::Bytes{'n', 'o', 't', ' ', 'o', 'n', 'e'});
+  queue().run();
+  EXPECT_EQ(output_.takeLines()[2],
+            "13:02:33.123, 0.000, 0.000, 0.000, 0.000, 0.000, 0.000, 0, 0, 0, 40, 50, 60, 35, "
+            "25.000, 100.000, 0.000, 37.000");
+}
+
+TEST_F(Sampling, ADocumentThatCannotBeReadNamesNoKindOfCores) {
+  giveSensors();
   startWithUsableHelper();
   helper().sendResult(base::Bytes{'n', 'o', 't', ' ', 'o', 'n', 'e'});
   queue().run();
-  EXPECT_EQ(output_.takeLines()[1].substr(21, 44), "0.000, 0.000, 0.000, 0.000, 0.000, 0, 0, 0, ");
+  EXPECT_EQ(output_.takeLines()[1],
+            "13:02:33.123, 0.000, 0.000, 0.000, 0.000, 0.000, 0.000, 0, 0, 0, 40, 50, 60, 35, "
+            "50.000, 0.000, 0.000, 37.000");
+}
+
+TEST_F(Sampling, ASampleBecomesALineOfJson) {
+  settings_.format = app::OutputFormat::json;
+  giveSensors();
+  startWithUsableHelper();
+  helperSends();
+  EXPECT_EQ(output_.takeLines(),
+            Lines{R"({"timeStamp":"2026-03-05T13:02:33.123+00:00","ellapsedTime":0.0,)"
+                  R"("pkgPower":12.0,"cpuPower":8.0,"dramPower":1.0,"anePower":0.1,)"
+                  R"("gpuPower":3.0,"cpuECoreFrequency":1500.0,"cpuPCoreFrequency":3000.0,)"
+                  R"("gpuFrequency":444.0,"cpuAvgTmp":50.0,"cpuMaxTmp":60.0,"cpuMinTmp":40.0,)"
+                  R"("gpuAvgTmp":35.0,"cpuUtilization":50.0,"cpuEUtilization":25.0,)"
+                  R"("cpuPUtilization":75.0,"gpuUtilization":37.0})"});
+}
+
+TEST_F(Sampling, JsonWritesMinusOneNullAndAHundredPercent) {
+  settings_.format = app::OutputFormat::json;
+  platform_.processorTicks.set({{60, 30, 0, 10}});  // processor 1 is absent
+  startWithUsableHelper();
+  helperSends();
+  const std::string line = output_.takeLines().at(0);
+  EXPECT_EQ(line.substr(line.find("\"cpuAvgTmp\"")),
+            R"("cpuAvgTmp":null,"cpuMaxTmp":-1.0,"cpuMinTmp":-1.0,"gpuAvgTmp":null,)"
+            R"("cpuUtilization":100.0,"cpuEUtilization":100.0,"cpuPUtilization":null,)"
+            R"("gpuUtilization":0.0})");
 }
 
 TEST_F(Sampling, TheModelsPublishOnceASampleWasDistributed) {
@@ -118,10 +168,10 @@ TEST_F(Sampling, TheModelsPublishOnceASampleWasDistributed) {
 TEST_F(Sampling, AChangedPeriodClearsTheHistoriesAndShowsInTheNextRequest) {
   startWithUsableHelper();
   helperSends();
-  EXPECT_EQ(general().modelPower()->snapshot()->historicPKG.length, 1u);
+  EXPECT_EQ(lengthsOfHistories(), (std::vector<std::size_t>{1, 1, 1, 1}));
   platform_.defaults.setDouble("samplingResolution", 250);
   queue().run();
-  EXPECT_EQ(general().modelPower()->snapshot()->historicPKG.length, 0u);
+  EXPECT_EQ(lengthsOfHistories(), (std::vector<std::size_t>{0, 0, 0, 0}));
   messagesSent();
   queue().advance(1s);
   EXPECT_EQ(messagesSent(), Lines{"requestPowermetrics 250.000000"});
@@ -140,7 +190,7 @@ TEST_F(Sampling, AnInterruptionEndsTheRequestsAndClearsTheHistories) {
   startWithUsableHelper();
   helperSends();
   helperDies();
-  EXPECT_EQ(general().modelPower()->snapshot()->historicPKG.length, 0u);
+  EXPECT_EQ(lengthsOfHistories(), (std::vector<std::size_t>{0, 0, 0, 0}));
   EXPECT_EQ(queue().liveTimers(), 1u);  // of the button alone
 }
 

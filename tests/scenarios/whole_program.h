@@ -7,8 +7,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <cstdlib>
-#include <ctime>
 #include <memory>
 #include <optional>
 #include <string>
@@ -19,6 +17,7 @@
 #include "fakes/fake_platform.h"
 #include "fakes/recording_output.h"
 #include "scenarios/sample_document.h"
+#include "unit/logging/zone_scope.h"
 
 namespace pallimo::scenarios {
 
@@ -31,8 +30,6 @@ class WholeProgram : public testing::Test {
   using Lines = std::vector<std::string>;
 
   WholeProgram() {
-    setenv("TZ", "UTC", 1);
-    tzset();
     platform_.clock.set(std::chrono::system_clock::time_point(1772715753123ms));
     settings_.format = app::OutputFormat::csv;
   }
@@ -95,6 +92,7 @@ class WholeProgram : public testing::Test {
     return std::to_string(end.status) + (end.message.empty() ? "" : ": " + end.message);
   }
 
+  const tests::ZoneScope zone_{"UTC"};
   fakes::FakePlatform platform_;
   fakes::RecordingOutput output_;
   app::HeadlessRun::Settings settings_;

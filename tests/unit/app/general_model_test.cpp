@@ -5,14 +5,93 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <memory>
 #include <optional>
+#include <string>
+#include <utility>
 #include <vector>
 
 #include "fakes/fake_platform.h"
 
 namespace pallimo::app {
 namespace {
+
+/// Tells "smc" when the SMC is opened, "ticks" when the processors' ticks are read and "program"
+/// when a program is run; otherwise the ports of `platform`.
+class ProbedPorts {
+ public:
+  explicit ProbedPorts(const Platform& platform) : platform_(platform) {}
+
+  std::function<void(const std::string&)> tell = [](const std::string&) {};
+
+  Platform platform() {
+    return {platform_.mainQueue,
+            platform_.notifications,
+            platform_.defaults,
+            platform_.propertyLists,
+            platform_.systemControls,
+            smc_,
+            platform_.hidSensors,
+            platform_.accelerators,
+            ticks_,
+            launcher_,
+            platform_.helperConnector,
+            platform_.helperInstaller,
+            platform_.bundle,
+            platform_.clock,
+            platform_.console,
+            platform_.systemLog};
+  }
+
+ private:
+  struct Smc final : ports::SmcDevice {
+    explicit Smc(ProbedPorts& owner) : owner_(owner) {}
+    std::optional<std::uint32_t> open() override {
+      owner_.tell("smc");
+      return owner_.platform_.smcDevice.open();
+    }
+    std::int32_t callStructMethod(std::uint32_t connection, std::uint32_t selector,
+                                  const ports::SMCRequestRecord& input,
+                                  ports::SMCRequestRecord& output) override {
+      return owner_.platform_.smcDevice.callStructMethod(connection, selector, input, output);
+    }
+    void close(std::uint32_t connection) override { owner_.platform_.smcDevice.close(connection); }
+    ProbedPorts& owner_;
+  };
+
+  struct Ticks final : ports::ProcessorTicks {
+    explicit Ticks(ProbedPorts& owner) : owner_(owner) {}
+    std::optional<std::vector<ports::ProcessorTickCounts>> read() override {
+      owner_.tell("ticks");
+      return owner_.platform_.processorTicks.read();
+    }
+    ProbedPorts& owner_;
+  };
+
+  struct Launcher final : ports::ProgramLauncher {
+    explicit Launcher(ProbedPorts& owner) : owner_(owner) {}
+    std::optional<base::Bytes> run(const std::string& path,
+                                   const std::vector<std::string>& arguments) override {
+      owner_.tell("program");
+      return owner_.platform_.programLauncher.run(path, arguments);
+    }
+    ProbedPorts& owner_;
+  };
+
+  const Platform platform_;
+  Smc smc_{*this};
+  Ticks ticks_{*this};
+  Launcher launcher_{*this};
+};
+
+/// How many samples each module has taken: power, utilisation, frequency, temperature.
+std::vector<std::size_t> samplesTaken(const GeneralModel& general) {
+  return {general.modelPower()->snapshot()->historicPKG.length,
+          general.modelUtilization()->snapshot()->historic.length,
+          general.modelFrequency()->snapshot()->historicECore.length,
+          general.modelTemperature()->snapshot()->historicCPUAvg.length};
+}
 
 class GeneralModelTest : public testing::Test {
  protected:
@@ -74,14 +153,31 @@ TEST_F(GeneralModelTest, ASampleReachesEveryModuleBeforeTheRowIsTaken) {
   const GeneralModel general(platform_.platform());
   platform_.notifications.post(base::notification::kXPCDidInstall);
   std::vector<std::size_t> lengths;
-  general.sampleRows()->addReceiver([&](const logging::LogRow&) {
-    lengths = {general.modelPower()->snapshot()->historicPKG.length,
-               general.modelUtilization()->snapshot()->historic.length,
-               general.modelFrequency()->snapshot()->historicECore.length,
-               general.modelTemperature()->snapshot()->historicCPUAvg.length};
-  });
+  general.sampleRows()->addReceiver(
+      [&](const logging::LogRow&) { lengths = samplesTaken(general); });
   general.modelPowerMetrics()->handleResult(base::Bytes{});
   EXPECT_EQ(lengths, (std::vector<std::size_t>{1, 1, 1, 1}));
+}
+
+TEST_F(GeneralModelTest, ASampleGoesThroughPowerUtilisationFrequencyAndTemperatureInThisOrder) {
+  using Step = std::pair<std::string, std::vector<std::size_t>>;
+  ProbedPorts probed(platform_.platform());
+  const GeneralModel general(probed.platform());
+  platform_.notifications.post(base::notification::kXPCDidInstall);
+  std::vector<Step> steps;
+  probed.tell = [&](const std::string& what) { steps.emplace_back(what, samplesTaken(general)); };
+  general.modelPowerMetrics()->handleResult(base::Bytes{});
+  // The SMC is opened once for the CPU and once for the GPU.
+  EXPECT_EQ(steps, (std::vector<Step>{
+                       {"ticks", {1, 0, 0, 0}}, {"smc", {1, 1, 1, 0}}, {"smc", {1, 1, 1, 0}}}));
+}
+
+TEST_F(GeneralModelTest, TheTemperatureModuleIsMadeBeforeTheTitle) {
+  ProbedPorts probed(platform_.platform());
+  std::vector<std::string> steps;
+  probed.tell = [&](const std::string& what) { steps.push_back(what); };
+  const GeneralModel general(probed.platform());
+  EXPECT_EQ(steps, (std::vector<std::string>{"smc", "program"}));
 }
 
 TEST_F(GeneralModelTest, The64BitArmTypeIsAppleSilicon) {

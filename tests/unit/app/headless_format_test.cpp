@@ -5,10 +5,10 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <ctime>
 #include <limits>
 #include <string>
+
+#include "unit/logging/zone_scope.h"
 
 namespace pallimo::app {
 namespace {
@@ -21,14 +21,6 @@ constexpr system_clock::time_point kTime{1772715753123ms};
 
 class HeadlessFormatTest : public testing::Test {
  protected:
-  HeadlessFormatTest() { setZone("CET-1"); }
-  ~HeadlessFormatTest() override { setZone("UTC"); }
-
-  static void setZone(const char* zone) {
-    setenv("TZ", zone, 1);
-    tzset();
-  }
-
   /// A row with 17 different values.
   static logging::LogRow row(system_clock::time_point time = kTime) {
     logging::LogRow row;
@@ -51,6 +43,9 @@ class HeadlessFormatTest : public testing::Test {
     row.gpuUtilization = 40.0625;
     return row;
   }
+
+ private:
+  const tests::ZoneScope zone_{"CET-1"};
 };
 
 TEST_F(HeadlessFormatTest, CsvBeginsWithTheLogsHeader) {
@@ -105,14 +100,14 @@ TEST_F(HeadlessFormatTest, JsonWritesNullForWhatIsNotFinite) {
 
 TEST_F(HeadlessFormatTest, IsoTimeCarriesTheZonesOffset) {
   EXPECT_EQ(isoTime(kTime), "2026-03-05T14:02:33.123+01:00");
-  setZone("UTC");
+  const tests::ZoneScope zone("UTC");
   EXPECT_EQ(isoTime(kTime), "2026-03-05T13:02:33.123+00:00");
-  setZone("XST3:30");
+  const tests::ZoneScope west("XST3:30");
   EXPECT_EQ(isoTime(kTime), "2026-03-05T09:32:33.123-03:30");
 }
 
 TEST_F(HeadlessFormatTest, IsoTimeCutsMillisecondsAlsoBefore1970) {
-  setZone("UTC");
+  const tests::ZoneScope zone("UTC");
   EXPECT_EQ(isoTime(kTime + 999us), "2026-03-05T13:02:33.123+00:00");
   EXPECT_EQ(isoTime(system_clock::time_point(-1ms)), "1969-12-31T23:59:59.999+00:00");
 }

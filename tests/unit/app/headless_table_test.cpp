@@ -5,10 +5,12 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <ctime>
 #include <limits>
+#include <sstream>
 #include <string>
+#include <vector>
+
+#include "unit/logging/zone_scope.h"
 
 namespace pallimo::app {
 namespace {
@@ -19,18 +21,10 @@ using std::chrono::system_clock;
 /// 2026-03-05 13:02:33.123 UTC
 constexpr system_clock::time_point kTime{1772715753123ms};
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
 class HeadlessTableTest : public testing::Test {
  protected:
-  HeadlessTableTest() {
-    setenv("TZ", "CET-1", 1);
-    tzset();
-  }
-  ~HeadlessTableTest() override {
-    setenv("TZ", "UTC", 1);
-    tzset();
-  }
-
   static logging::LogRow row() {
     logging::LogRow row;
     row.time = kTime + 61500ms;
@@ -52,6 +46,33 @@ class HeadlessTableTest : public testing::Test {
     row.gpuUtilization = 18;
     return row;
   }
+
+  /// A row whose figures are all the same.
+  static logging::LogRow rowOf(double figure) {
+    logging::LogRow row;
+    row.time = kTime;
+    for (const auto field :
+         {&logging::LogRow::pkgPower, &logging::LogRow::cpuPower, &logging::LogRow::dramPower,
+          &logging::LogRow::anePower, &logging::LogRow::gpuPower,
+          &logging::LogRow::cpuECoreFrequency, &logging::LogRow::cpuPCoreFrequency,
+          &logging::LogRow::gpuFrequency, &logging::LogRow::cpuMinTmp, &logging::LogRow::cpuAvgTmp,
+          &logging::LogRow::cpuMaxTmp, &logging::LogRow::gpuAvgTmp,
+          &logging::LogRow::cpuUtilization, &logging::LogRow::cpuEUtilization,
+          &logging::LogRow::cpuPUtilization, &logging::LogRow::gpuUtilization}) {
+      row.*field = figure;
+    }
+    return row;
+  }
+
+  static std::vector<std::size_t> widthsOfLines(const std::string& text) {
+    std::vector<std::size_t> widths;
+    std::istringstream lines(text);
+    for (std::string line; std::getline(lines, line);) widths.push_back(line.size());
+    return widths;
+  }
+
+ private:
+  const tests::ZoneScope zone_{"CET-1"};
 };
 
 TEST_F(HeadlessTableTest, TwoHeaderLinesOverAlignedFigures) {
@@ -64,13 +85,13 @@ TEST_F(HeadlessTableTest, TwoHeaderLinesOverAlignedFigures) {
             "    41  52  64  44    15.5   16.2    7.1  18.0\n");
 }
 
-TEST_F(HeadlessTableTest, EveryLineHas123Places) {
-  for (const std::string& text : {tableHeader(), tableLine(row(), kTime)}) {
-    std::size_t begin = 0;
-    for (std::size_t end = text.find('\n'); end != std::string::npos;
-         end = text.find('\n', begin)) {
-      EXPECT_EQ(end - begin, 123u) << text;
-      begin = end + 1;
+TEST_F(HeadlessTableTest, EveryLineHas123PlacesAlsoOfExtremeFigures) {
+  EXPECT_EQ(widthsOfLines(tableHeader()), (std::vector<std::size_t>{123, 123}));
+  for (const double figure :
+       {0.0, -0.0, -0.004, -1.0, -99.4, 100.0, 999.4, kNaN, kInfinity, -kInfinity}) {
+    for (const auto elapsed : {0h, 27h, -24h}) {
+      const std::string line = tableLine(rowOf(figure), kTime - elapsed);
+      EXPECT_EQ(widthsOfLines(line), std::vector<std::size_t>{123}) << line;
     }
   }
 }

@@ -3,13 +3,10 @@
 
 #include "logging/log_file_data.h"
 
-#include <stdlib.h>
-#include <time.h>
-
 #include <limits>
-#include <optional>
 
 #include "unit/base/comma_locale.h"
+#include "unit/logging/zone_scope.h"
 
 namespace pallimo::logging {
 namespace {
@@ -20,32 +17,10 @@ using std::chrono::milliseconds;
 using std::chrono::minutes;
 using std::chrono::seconds;
 using std::chrono::system_clock;
+using tests::ZoneScope;
 
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
-
-/// Another time zone for the life of the object.
-class ZoneScope {
- public:
-  explicit ZoneScope(const char* zone) {
-    if (const char* previous = getenv("TZ")) previous_ = previous;
-    setenv("TZ", zone, 1);
-    tzset();
-  }
-  ~ZoneScope() {
-    if (previous_) {
-      setenv("TZ", previous_->c_str(), 1);
-    } else {
-      unsetenv("TZ");
-    }
-    tzset();
-  }
-  ZoneScope(const ZoneScope&) = delete;
-  ZoneScope& operator=(const ZoneScope&) = delete;
-
- private:
-  std::optional<std::string> previous_;
-};
 
 /// A time of the day 2024-03-05 UTC.
 system_clock::time_point onTheDay(system_clock::duration timeOfDay) {

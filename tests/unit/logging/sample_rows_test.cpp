@@ -55,7 +55,7 @@ struct RowsFixture {
   std::shared_ptr<modules::ModuleModelUtilization> utilization =
       modules::ModuleModelUtilization::create(notifications, reader,
                                               {machine.ticks, machine.accelerators});
-  SampleRows rows{clock, {power, frequency, temperature, utilization}};
+  SampleRows rows{clock, {*power, *frequency, *temperature, *utilization}};
   std::vector<LogRow> received;
 
   RowsFixture() {
@@ -156,31 +156,6 @@ TEST(SampleRows, TakesTheWallClocksTime) {
             std::chrono::system_clock::from_time_t(1'709'647'353) + milliseconds(250));
 }
 
-TEST(SampleRows, FiguresWithoutAModuleStandAtNothing) {
-  RowsFixture f;
-  f.ingest();
-  SampleRows rows(f.clock, {f.power, f.frequency, nullptr, nullptr});
-  LogRow row;
-  rows.addReceiver([&](const LogRow& taken) { row = taken; });
-  rows.appendRow();
-  EXPECT_EQ(row.pkgPower, 5);
-  EXPECT_EQ((Values{row.cpuAvgTmp, row.cpuMaxTmp, row.cpuMinTmp, row.gpuAvgTmp, row.cpuUtilization,
-                    row.cpuEUtilization, row.cpuPUtilization, row.gpuUtilization}),
-            Values(8, 0));
-}
-
-TEST(SampleRows, ARowWithoutAnyModelHoldsItsTimeAlone) {
-  RowsFixture f;
-  f.clock.advance(milliseconds(5));
-  SampleRows rows(f.clock, {});
-  LogRow row;
-  rows.addReceiver([&](const LogRow& taken) { row = taken; });
-  rows.appendRow();
-  EXPECT_EQ(row.time.time_since_epoch(), milliseconds(5));
-  EXPECT_EQ(row.pkgPower, 0);
-  EXPECT_EQ(row.gpuFrequency, 0);
-}
-
 TEST(SampleRows, EachStepIsARowOfItsOwn) {
   RowsFixture f;
   f.ingest();
@@ -196,7 +171,7 @@ TEST(SampleRows, EachStepIsARowOfItsOwn) {
 TEST(SampleRows, EveryReceiverGetsTheSameRowInTheOrderOfAdding) {
   RowsFixture f;
   std::vector<int> order;
-  SampleRows rows(f.clock, {f.power, f.frequency, f.temperature, f.utilization});
+  SampleRows rows(f.clock, {*f.power, *f.frequency, *f.temperature, *f.utilization});
   std::vector<double> figures;
   rows.addReceiver([&](const LogRow& row) {
     order.push_back(1);

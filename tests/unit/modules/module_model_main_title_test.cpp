@@ -6,6 +6,7 @@
 #include "fakes/fake_accelerator_registry.h"
 #include "fakes/fake_program_launcher.h"
 #include "fakes/fake_system_controls.h"
+#include "fakes/journal.h"
 
 namespace pallimo::modules {
 namespace {
@@ -31,7 +32,61 @@ class ReportReader final : public ports::PropertyListReader {
   std::string cores_ = "19";
 };
 
-/// An Apple M2 Pro with 4 efficiency cores, 8 performance cores and a GPU of 19.
+/// Kernel variables that note the name of each that is read.
+class JournaledControls final : public ports::SystemControls {
+ public:
+  JournaledControls(const ports::SystemControls& controls, fakes::Journal& journal)
+      : controls_(controls), journal_(journal) {}
+
+  std::optional<base::Bytes> bytes(std::string_view name) const override {
+    journal_.add(std::string(name));
+    return controls_.bytes(name);
+  }
+
+ private:
+  const ports::SystemControls& controls_;
+  fakes::Journal& journal_;
+};
+
+/// Accelerators that note each search.
+class JournaledAccelerators final : public ports::AcceleratorRegistry {
+ public:
+  JournaledAccelerators(ports::AcceleratorRegistry& registry, fakes::Journal& journal)
+      : registry_(registry), journal_(journal) {}
+
+  std::optional<std::uint32_t> matchingServices(std::string_view className) override {
+    journal_.add(std::string(className));
+    return registry_.matchingServices(className);
+  }
+  std::uint32_t next(std::uint32_t iterator) override { return registry_.next(iterator); }
+  std::optional<PropertyList> properties(std::uint32_t entry) override {
+    return registry_.properties(entry);
+  }
+  void release(std::uint32_t object) override { registry_.release(object); }
+
+ private:
+  ports::AcceleratorRegistry& registry_;
+  fakes::Journal& journal_;
+};
+
+/// Programs that note the path of each that is run.
+class JournaledLauncher final : public ports::ProgramLauncher {
+ public:
+  JournaledLauncher(ports::ProgramLauncher& launcher, fakes::Journal& journal)
+      : launcher_(launcher), journal_(journal) {}
+
+  std::optional<base::Bytes> run(const std::string& path,
+                                 const std::vector<std::string>& arguments) override {
+    journal_.add(path);
+    return launcher_.run(path, arguments);
+  }
+
+ private:
+  ports::ProgramLauncher& launcher_;
+  fakes::Journal& journal_;
+};
+
+/// An Apple M2 Pro with 6 efficiency cores, 8 performance cores and a GPU of 19.
 struct TitleFixture {
   fakes::FakeSystemControls controls;
   fakes::FakeAcceleratorRegistry accelerators;
@@ -41,7 +96,7 @@ struct TitleFixture {
   TitleFixture() {
     controls.setText("machdep.cpu.brand_string", "Apple M2 Pro");
     controls.setInteger("hw.perflevel0.logicalcpu", 8);
-    controls.setInteger("hw.perflevel1.logicalcpu", 4);
+    controls.setInteger("hw.perflevel1.logicalcpu", 6);
     accelerators.add(fakes::FakeAcceleratorRegistry::appleGPU("Apple M2 Pro GPU", 10));
     launcher.setOutput(kProfiler, "a report");
   }
@@ -62,7 +117,7 @@ TEST(ModuleModelMainTitle,
      PerformanceLevelOneAreTheEfficiencyCoresAndLevelZeroThePerformanceCores) {
   TitleFixture f;
   const auto title = f.create();
-  EXPECT_EQ(title->numberOfECore(), 4);
+  EXPECT_EQ(title->numberOfECore(), 6);
   EXPECT_EQ(title->numberOfPCore(), 8);
 }
 
@@ -108,7 +163,7 @@ TEST(ModuleModelMainTitle, AKernelWithoutPerformanceLevelsHasFourCoresOfEach) {
   EXPECT_EQ(title->numberOfPCore(), 4);
 }
 
-TEST(ModuleModelMainTitle, EachPerformanceLevelIsMissedAlone) {
+TEST(ModuleModelMainTitle, AKernelWithoutPerformanceLevelOneHasFourEfficiencyCores) {
   TitleFixture f;
   fakes::FakeSystemControls one;
   one.setText("machdep.cpu.brand_string", "Apple M5");
@@ -119,10 +174,34 @@ TEST(ModuleModelMainTitle, EachPerformanceLevelIsMissedAlone) {
   EXPECT_EQ(title->numberOfPCore(), 10);
 }
 
+TEST(ModuleModelMainTitle, AKernelWithoutPerformanceLevelZeroHasFourPerformanceCores) {
+  TitleFixture f;
+  fakes::FakeSystemControls one;
+  one.setText("machdep.cpu.brand_string", "Apple M5");
+  one.setInteger("hw.perflevel1.logicalcpu", 10);
+  const auto title =
+      ModuleModelMainTitle::create({one, f.accelerators, f.launcher, f.propertyLists});
+  EXPECT_EQ(title->numberOfECore(), 10);
+  EXPECT_EQ(title->numberOfPCore(), 4);
+}
+
 TEST(ModuleModelMainTitle, NoCoresOfAKindAreNoCores) {
   TitleFixture f;
   f.controls.setInteger("hw.perflevel1.logicalcpu", 0);
   EXPECT_EQ(f.create()->numberOfECore(), 0);
+}
+
+TEST(ModuleModelMainTitle, ReadsChipGpuCoresOfEachKindAndTheGPUsCoresInThisOrder) {
+  TitleFixture f;
+  fakes::Journal journal;
+  const JournaledControls controls(f.controls, journal);
+  JournaledAccelerators accelerators(f.accelerators, journal);
+  JournaledLauncher launcher(f.launcher, journal);
+  ModuleModelMainTitle::create({controls, accelerators, launcher, f.propertyLists});
+  EXPECT_EQ(journal.take(),
+            (std::vector<std::string>{"machdep.cpu.brand_string", "IOAccelerator",
+                                      "hw.perflevel1.logicalcpu", "hw.perflevel0.logicalcpu",
+                                      "/usr/sbin/system_profiler"}));
 }
 
 TEST(ModuleModelMainTitle, EverythingIsReadOnce) {
@@ -131,11 +210,15 @@ TEST(ModuleModelMainTitle, EverythingIsReadOnce) {
   EXPECT_EQ(f.launcher.takeCommands(), std::vector<std::string>{kProfiler});
   f.controls.setText("machdep.cpu.brand_string", "Apple M9");
   f.controls.setInteger("hw.perflevel0.logicalcpu", 99);
+  f.controls.setInteger("hw.perflevel1.logicalcpu", 99);
+  f.propertyLists.setCores("99");
   f.accelerators.clear();
   f.accelerators.takeCalls();
   EXPECT_EQ(title->appleSiliconName(), "Apple M2 Pro");
   EXPECT_EQ(title->gpuName(), "Apple M2 Pro GPU");
+  EXPECT_EQ(title->numberOfECore(), 6);
   EXPECT_EQ(title->numberOfPCore(), 8);
+  EXPECT_EQ(title->numberOfGPUCore(), 19);
   EXPECT_TRUE(f.accelerators.takeCalls().empty());
   EXPECT_TRUE(f.launcher.takeCommands().empty());
 }

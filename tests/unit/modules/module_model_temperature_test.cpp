@@ -5,7 +5,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <limits>
+#include <memory>
 
 #include "fakes/fake_hid_sensors.h"
 #include "fakes/fake_smc_device.h"
@@ -49,6 +51,13 @@ struct TemperatureFixture {
     model->ingestSample();
   }
   void ingestGPU(double celsius) { ingest({50}, {celsius}); }
+  /// A sample of that many sensors of each kind, none of which has anything to say.
+  void ingestSilent(int count) {
+    hid.clear();
+    for (int i = 0; i < count; ++i) hid.add("Te" + std::to_string(i) + "i", std::nullopt);
+    for (int i = 0; i < count; ++i) hid.add("Tg" + std::to_string(i) + "i", std::nullopt);
+    model->ingestSample();
+  }
 
   ModuleModelTemperature::Figures figures() const { return model->figures(); }
 };
@@ -137,6 +146,12 @@ TEST(ModuleModelTemperature, AHIDSensorWithoutAnEventCountsAsMinusOne) {
   expectFigures(f.figures(), {-1, 51, 25, 20});
 }
 
+TEST(ModuleModelTemperature, HIDSensorsThatAreAllSilentReadMinusOneThroughout) {
+  TemperatureFixture f;
+  f.ingestSilent(2);
+  expectFigures(f.figures(), {-1, -1, -1, -1});
+}
+
 TEST(ModuleModelTemperature, AnAverageBetweenFiveAndTenDegreesIsHeldAtThePreviousSamples) {
   TemperatureFixture f;
   f.ingestGPU(45);
@@ -199,6 +214,14 @@ TEST(ModuleModelTemperature, ThePreviousSamplesFigureIsHeldEvenIfItIsNotANumber)
   EXPECT_TRUE(std::isnan(f.figures().GPUAvg));
 }
 
+TEST(ModuleModelTemperature, ThePreviousSamplesFigureIsHeldEvenIfItIsMinusOne) {
+  TemperatureFixture f;
+  f.ingestSilent(1);
+  f.ingestGPU(7);
+  EXPECT_EQ(f.figures().GPUAvg, -1);
+  EXPECT_EQ(f.model->snapshot()->historicGPUAvg.newest, (Values{-1, -1}));
+}
+
 TEST(ModuleModelTemperature, TheCPUsFiguresAreNeverHeld) {
   TemperatureFixture f;
   f.ingest({50}, {45});
@@ -222,6 +245,21 @@ TEST(ModuleModelTemperature, TheHIDSensorsAreReadAfreshForTheGPU) {
   EXPECT_EQ(std::count(calls.begin(), calls.end(), "client"), 2);
 }
 
+TEST(ModuleModelTemperature, TheGPUsFigureComesFromTheSecondReadAndTheCPUsFromTheFirst) {
+  TemperatureFixture f;
+  InterruptedSensors sensors(f.hid);
+  f.model = ModuleModelTemperature::create(f.notifications, {f.controls, f.smc, sensors});
+  double celsius = 0;
+  sensors.beforeEachRead = [&] {
+    celsius += 30;
+    f.hid.clear();
+    f.hid.add("Te0i", celsius);
+    f.hid.add("Tg0i", celsius + 1);
+  };
+  f.model->ingestSample();
+  expectFigures(f.figures(), {30, 30, 30, 61});
+}
+
 TEST(ModuleModelTemperature, OnTheSMCEachKindIsAPassOfItsOwnTheCPUsFirst) {
   TemperatureFixture f(kMachineWithSMC);
   f.smc.setFloat("Tp01", 50);
@@ -234,6 +272,29 @@ TEST(ModuleModelTemperature, OnTheSMCEachKindIsAPassOfItsOwnTheCPUsFirst) {
   EXPECT_EQ(f.smc.takeCalls(), (std::vector<std::string>{"open", "read Tp01", "read Tp05", "close",
                                                          "open", "read Tg05", "close"}));
   EXPECT_TRUE(f.hid.takeCalls().empty());
+}
+
+TEST(ModuleModelTemperature, ALowReadingOfAnM2WithoutTe05IsZeroThroughout) {
+  TemperatureFixture f(kMachineWithSMC);
+  f.controls.setText("machdep.cpu.brand_string", "Apple M2");
+  f.smc.setFloat("Tp01", 15);
+  f.smc.setFloat("Tg05", 40);
+  f.create();
+  f.model->ingestSample();
+  expectFigures(f.figures(), {0, 0, 0, 40});
+}
+
+TEST(ModuleModelTemperature, Te05StandsInForLowReadingsOfAnM4) {
+  TemperatureFixture f(kMachineWithSMC);
+  f.controls.setText("machdep.cpu.brand_string", "Apple M4 Pro");
+  f.smc.setFloat("Te05", 40);
+  f.smc.setFloat("Tp13", 15);
+  f.smc.setFloat("Tp1F", 55);
+  f.smc.setFloat("Tp01", 99);
+  f.smc.setFloat("Tg05", 40);
+  f.create();
+  f.model->ingestSample();
+  expectFigures(f.figures(), {40, 55, 45, 40});
 }
 
 TEST(ModuleModelTemperature, AnSMCWithoutKeysHasNoSensors) {

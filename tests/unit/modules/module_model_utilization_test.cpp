@@ -22,6 +22,16 @@ ports::ProcessorTickCounts second(std::uint32_t busyTicks) {
   return {busyTicks, 0, 100 - busyTicks, 0};
 }
 
+/// Apple's GPU whose driver publishes statistics of other things.
+base::PropertyListDictionary gpuWithoutUtilisation() {
+  auto properties = fakes::FakeAcceleratorRegistry::appleGPU("Apple M2 Pro", 0);
+  for (auto& [key, value] : properties) {
+    if (key != "PerformanceStatistics") continue;
+    value = base::PropertyList({{"In use system memory", base::PropertyList(std::int64_t{99})}});
+  }
+  return properties;
+}
+
 /// The model of four processors that have counted nothing yet and belong to no cluster.
 struct UtilizationFixture {
   base::NotificationCentre notifications;
@@ -109,6 +119,15 @@ TEST(ModuleModelUtilization, AnotherNumberOfProcessorsMeasuresSinceBootOnce) {
   EXPECT_EQ(f.figures().utilization, 0.9);
   f.ingest({second(50), second(50)});
   EXPECT_EQ(f.figures().utilization, 0.5);
+}
+
+TEST(ModuleModelUtilization, AnotherNumberOfProcessorsMeasuresTheKindsSinceBootToo) {
+  UtilizationFixture f;
+  f.reader->setClusterCPUs({{"E-Cluster", {0}}, {"P-Cluster", {1}}});
+  f.ingestSecond(0, 0, 0, 0);
+  f.ticks.set({{900, 0, 100, 0}, {500, 0, 500, 0}});
+  f.model->ingestSample();
+  expectFigures(f.figures(), {0.7, 0.9, 0.5, 0});
 }
 
 TEST(ModuleModelUtilization, WithoutATickInBetweenTheCPUIsNotANumber) {
@@ -205,6 +224,14 @@ TEST(ModuleModelUtilization, AListedProcessorThatTheKernelLacksChangesNoFraction
   expectFigures(f.figures(), {0.5, 0.25, 0.75, 0});
 }
 
+TEST(ModuleModelUtilization, AKindWhoseProcessorsTheKernelLacksIsNotANumber) {
+  UtilizationFixture f;
+  f.reader->setClusterCPUs({{"E-Cluster", {0, 1}}, {"P-Cluster", {12, 13}}});
+  f.ingestSecond(25, 25, 75, 75);
+  EXPECT_EQ(f.figures().eutilization, 0.25);
+  EXPECT_TRUE(std::isnan(f.figures().putilization));
+}
+
 TEST(ModuleModelUtilization, ProcessorsOfNoClusterCountForTheWholeAlone) {
   UtilizationFixture f;
   f.reader->setClusterCPUs({{"E-Cluster", {0}}, {"P-Cluster", {1}}});
@@ -247,6 +274,32 @@ TEST(ModuleModelUtilization, AGPUThatIsNotThereStandsAtNothing) {
   f.model->ingestSample();
   EXPECT_EQ(f.figures().utilizationGPU, 0);
   EXPECT_EQ(f.model->snapshot()->historicGPU.newest, (Values{0, 0.37}));
+}
+
+TEST(ModuleModelUtilization, AGPUWhoseStatisticsLackItsUtilisationStandsAtNothing) {
+  UtilizationFixture f;
+  f.setGPU(37);
+  f.model->ingestSample();
+  f.accelerators.clear();
+  f.accelerators.add(gpuWithoutUtilisation());
+  f.model->ingestSample();
+  EXPECT_EQ(f.model->snapshot()->historicGPU.newest, (Values{0, 0.37}));
+}
+
+TEST(ModuleModelUtilization, ACounterOfBusyTicksThatTurnsNegativeReadsAlmostWhollyBusy) {
+  UtilizationFixture f;
+  f.ticks.set({{0x7FFFFFFF, 0, 0, 0}});
+  f.model->ingestSample();
+  f.ingest({{50, 0, 50, 0}});
+  EXPECT_GT(f.figures().utilization, 1);
+  EXPECT_NEAR(f.figures().utilization, 1, 1e-6);
+}
+
+TEST(ModuleModelUtilization, SinceBootAfterACounterTurnedNegativeTheFigureMeansNothing) {
+  UtilizationFixture f;
+  f.ticks.set({{1'000'000'000, 0, 0x80000000, 0}});
+  f.model->ingestSample();
+  EXPECT_LT(f.figures().utilization, -0.8);
 }
 
 TEST(ModuleModelUtilization, EachFigureEntersItsOwnHistoryTheNewestFirst) {
