@@ -20,6 +20,7 @@ constexpr std::uint64_t kWorkBursts = 3;
 constexpr std::uint64_t kGpuWork = 4;
 constexpr std::uint64_t kGpuFlicker = 5;
 constexpr std::uint64_t kMinutes = 6;
+constexpr std::uint64_t kClicks = 7;
 constexpr std::uint64_t kAneFlicker = 9;
 constexpr std::uint64_t kFirstCluster = 50;
 constexpr std::uint64_t kFirstCore = 100;
@@ -131,9 +132,11 @@ double UnitLoad::frequency(const std::vector<int>& table) const {
 double demandAt(std::uint64_t seed, double time) {
   const LoadCurve curve(seed);
   const double minutes = curve.noise(kMinutes, time, 75);
-  const double calm = 0.03 + 0.12 * curve.noise(kSlowWork, time, 9) +
-                      0.1 * curve.noise(kQuickWork, time, 2.1) + 0.2 * minutes * minutes;
-  return together(calm, (0.5 + 0.4 * minutes) * curve.burst(kWorkBursts, time, 19, 0.6));
+  const double calm = 0.03 + 0.14 * curve.noise(kSlowWork, time, 9) +
+                      0.1 * curve.noise(kQuickWork, time, 2.1) + 0.15 * minutes * minutes;
+  const double clicks = 0.35 * curve.burst(kClicks, time, 7, 0.45);
+  const double work = (0.5 + 0.4 * minutes) * curve.burst(kWorkBursts, time, 17, 0.6);
+  return together(together(calm, clicks), work);
 }
 
 Load loadFor(const MachineDescription& machine, std::uint64_t seed, double time, double demand) {
