@@ -10,6 +10,7 @@
 #include <iostream>
 #include <optional>
 #include <string>
+#include <variant>
 #include <vector>
 
 #include "adapters/qt/unix_signals.h"
@@ -36,6 +37,14 @@ std::string linesOf(const std::vector<std::string>& lines) {
   std::string text;
   for (const std::string& line : lines) text += line + "\n";
   return text;
+}
+
+int listMachines(const Options& options) {
+  const auto listed = listedMachines(options);
+  if (const auto* error = std::get_if<StartError>(&listed)) {
+    return fail(kUsageStatus, error->message);
+  }
+  return print(linesOf(std::get<std::vector<std::string>>(listed)));
 }
 
 RunEnd runHeadless(const Platform& platform, const Options& options) {
@@ -93,7 +102,7 @@ int main(int argumentCount, char* arguments[]) {
     case Options::Action::showVersion:
       return print("pallimo " PALLIMO_VERSION "\n");
     case Options::Action::listMachines:
-      return print(linesOf(listedMachines()));
+      return listMachines(options);
     case Options::Action::run:
       break;
   }

@@ -34,7 +34,9 @@ struct StartError {
 /// its own; the build picks one.
 std::variant<std::unique_ptr<PlatformOwner>, StartError> makePlatform(const Options& options);
 
-/// What `--list-machines` prints, line by line.
-std::vector<std::string> listedMachines();
+/// What `--list-machines` prints, line by line: the machines that are built in and, behind them,
+/// the recording that the options name. A machine that can't be used is the error of a start with
+/// it.
+std::variant<std::vector<std::string>, StartError> listedMachines(const Options& options);
 
 }  // namespace pallimo::app

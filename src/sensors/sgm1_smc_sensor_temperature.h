@@ -28,8 +28,8 @@ class SGM1SMCSensorTemperature : public SGM1SMCSensors {
     return availableTemperatureKeys_;
   }
 
-  /// The CPU's keys, °C; only values above 0. Chips of the M2 and M4 families report low values
-  /// from cores that sleep: below 20 °C the key "Te05" stands in for them, and even the 0 that it
+  /// The CPU's keys, °C; only values above 0. On chips of the M2 and M4 families low values are
+  /// taken to be invalid: below 20 °C the key "Te05" stands in for them, and even the 0 that it
   /// counts as when it can't be read.
   TemperatureReadings readCPUTemperatures();
   /// The GPU's keys, °C; only values above 0.

@@ -295,6 +295,22 @@ TEST_F(AppRefusal, AnUnknownMachineIsStatus2) {
             "the built-in machines\n");
 }
 
+TEST_F(AppRefusal, AMachineOfAnyNameIsOneLine) {
+  const auto app = startHeadless({"--machine", "/no\nwhere\x1b"});
+  EXPECT_EQ(app->exitStatus(), 2);
+  EXPECT_EQ(app->errorText(),
+            "pallimo: there is no machine and no recording \"/no\\nwhere\\u001b\"; "
+            "--list-machines lists the built-in machines\n");
+}
+
+TEST_F(AppRefusal, AFolderThatCannotBeLookedAtIsNotSaidToBeMissing) {
+  const std::string name(300, 'x');  // longer than any file's
+  const auto app = startHeadless({"--machine", name});
+  EXPECT_EQ(app->exitStatus(), 2);
+  EXPECT_EQ(app->errorText(),
+            "pallimo: can't find the recording \"" + name + "\": File name too long\n");
+}
+
 TEST_F(AppRefusal, ABrokenRecordingIsOneLineNamingTheKeyAndStatus2) {
   const std::string folder = recording({SampleDocument{}});
   std::ofstream(folder + "/machine.json")
@@ -343,6 +359,36 @@ TEST_F(AppAnswers, Help) {
 TEST_F(AppAnswers, Version) {
   const auto app = start({"--version"});
   EXPECT_TRUE(std::regex_match(app->readAll(), std::regex("pallimo [0-9]+\\.[0-9]+\\.[0-9]+\n")));
+  EXPECT_EQ(app->exitStatus(), 0);
+}
+
+TEST_F(AppAnswers, ListMachinesNamesTheRecordingToo) {
+  const std::string folder = recording({std::nullopt});
+  const auto app = start({"--list-machines", "--machine", folder});
+  const std::string text = app->readAll();
+  EXPECT_EQ(text.rfind("MacBook Air M1 ", 0), 0u);
+  const std::string last = "Test Mac             recording  " + folder + "\n";
+  EXPECT_TRUE(text.ends_with("\n" + last)) << text;
+  EXPECT_EQ(app->exitStatus(), 0);
+  EXPECT_EQ(app->errorText(), "");
+}
+
+TEST_F(AppAnswers, ListMachinesRefusesARecordingThatCannotBeRead) {
+  const std::string folder = recording({std::nullopt});
+  std::ofstream(folder + "/machine.json") << "[]";
+  const auto app = start({"--list-machines", "--machine", folder});
+  EXPECT_EQ(app->readAll(), "");
+  EXPECT_EQ(app->exitStatus(), 2);
+  EXPECT_EQ(app->errorText(),
+            "pallimo: " + folder + "/machine.json: expected an object, got an empty array\n");
+}
+
+TEST_F(AppAnswers, ListMachinesWithABuiltInOneIsTheListAlone) {
+  const auto plain = start({"--list-machines"});
+  const std::string list = plain->readAll();
+  EXPECT_EQ(plain->exitStatus(), 0);
+  const auto app = start({"--list-machines", "--machine", "mac mini m4"});
+  EXPECT_EQ(app->readAll(), list);
   EXPECT_EQ(app->exitStatus(), 0);
 }
 

@@ -9,6 +9,7 @@
 #include <optional>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <variant>
 #include <vector>
@@ -19,6 +20,7 @@
 #include "adapters/simulated/simulation_file.h"
 #include "app/general_model.h"
 #include "base/notification_centre.h"
+#include "base/text_format.h"
 #include "fakes/fake_bundle.h"
 #include "fakes/fake_helper_connector.h"
 #include "fakes/fake_helper_installer.h"
@@ -82,6 +84,23 @@ class RecordedMac {
     helperConnector_.journal().take();
     requested_ = answered_ = 0;
     queue_.run();
+  }
+
+  /// The user chooses another sampling period, ms, which clears the histories.
+  void setSamplingResolution(double milliseconds) {
+    defaults_.setDouble("samplingResolution", milliseconds);
+    queue_.run();
+  }
+
+  /// The power graph's axis: its labels, highest first, and the maximum. "30 15 0, 30".
+  std::string axis() const {
+    const auto power = general_->modelPower()->snapshot();
+    std::string text;
+    for (const std::string_view label : power->axisLabels) {
+      if (!text.empty()) text += ' ';
+      text += label;
+    }
+    return text + ", " + base::formatFixed(power->axisMaxValue, 0);
   }
 
   /// Chip, GPU, efficiency cores, performance cores, GPU cores, as one line.

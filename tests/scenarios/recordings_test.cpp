@@ -44,9 +44,17 @@ Lines linesOf(const std::string& file) {
   return lines;
 }
 
+/// Why the recording is refused; nothing when it is not.
+std::string whyRefused(const std::string& recording) {
+  const auto read = adapters::simulated::readRecording(folderOf(recording));
+  const auto* error = std::get_if<adapters::simulated::RecordingError>(&read);
+  return error == nullptr ? "" : error->message;
+}
+
 std::size_t stepsOf(const std::string& recording) {
   const auto read = adapters::simulated::readRecording(folderOf(recording));
-  return std::get<adapters::simulated::Recording>(read).steps.size();
+  const auto* steps = std::get_if<adapters::simulated::Recording>(&read);
+  return steps == nullptr ? 0 : steps->steps.size();
 }
 
 /// "smc-key-count-zero" as a word that a test's name may hold.
@@ -63,6 +71,7 @@ std::string testName(const testing::TestParamInfo<std::string>& info) {
 class Recorded : public testing::TestWithParam<std::string> {};
 
 TEST_P(Recorded, GivesARowARequest) {
+  ASSERT_EQ(whyRefused(GetParam()), "");
   const Lines expected = linesOf(folderOf(GetParam()) + "/expected.csv");
   ASSERT_GE(expected.size(), stepsOf(GetParam())) << "a line a step, at least";
   RecordedMac mac(folderOf(GetParam()));
@@ -71,7 +80,22 @@ TEST_P(Recorded, GivesARowARequest) {
   }
 }
 
+TEST_P(Recorded, DrawsThePowerGraphsAxis) {
+  ASSERT_EQ(whyRefused(GetParam()), "");
+  const Lines expected = linesOf(folderOf(GetParam()) + "/expected_axis.csv");
+  RecordedMac mac(folderOf(GetParam()));
+  EXPECT_EQ(mac.axis(), "30 25 20 15 10 5 0, 0") << "before the first row";
+  if (!expected.empty()) {
+    EXPECT_EQ(expected.size(), linesOf(folderOf(GetParam()) + "/expected.csv").size());
+  }
+  for (std::size_t line = 0; line < expected.size(); ++line) {
+    mac.nextRow();
+    EXPECT_EQ(mac.axis(), expected[line]) << "request " << line + 1;
+  }
+}
+
 TEST_P(Recorded, NamesItsMachine) {
+  ASSERT_EQ(whyRefused(GetParam()), "");
   const Lines expected = linesOf(folderOf(GetParam()) + "/expected_title.txt");
   ASSERT_EQ(expected.size(), 1u);
   EXPECT_EQ(RecordedMac(folderOf(GetParam())).title(), expected.front());
@@ -85,12 +109,82 @@ TEST(Recordings, AnotherPeriodDividesTheEnergiesAndNotThePackagesPower) {
   EXPECT_EQ(mac.nextRow().substr(0, 36), "23.500, 10.000, 0.000, 0.250, 1.500,");
 }
 
-TEST(Recordings, ANewConnectionBeginsAtTheFirstStepAgain) {
-  RecordedMac mac(folderOf("hid-events"));
-  const std::string first = mac.nextRow();
-  mac.nextRow();
+TEST(Recordings, DocumentsAndSensorsOfANewConnectionBeginAtTheFirstStepAgain) {
+  RecordedMac mac(folderOf("m4-pro-at-work"));
+  EXPECT_EQ(mac.nextRow(),
+            "0.480, 0.400, 0.000, 0.000, 0.060, 1020, 1280, 338, 31, 38, 45, 39, "
+            "3.333, 7.500, 1.250, 3.000");
+  EXPECT_EQ(mac.nextRow(),
+            "23.500, 20.000, 0.000, 0.500, 3.000, 2592, 4512, 1578, 45, 65, 83, 69, "
+            "65.000, 50.000, 72.500, 88.000");
   mac.replaceHelper();
-  EXPECT_EQ(mac.nextRow(), first);
+  // The counters run back the way that they came: the same shares of it.
+  EXPECT_EQ(mac.nextRow(),
+            "0.480, 0.400, 0.000, 0.000, 0.060, 1020, 1280, 338, 31, 38, 45, 39, "
+            "65.000, 50.000, 72.500, 3.000");
+}
+
+/// A row without its five powers.
+std::string withoutPowers(const std::string& row) {
+  std::size_t begin = 0;
+  for (int column = 0; column < 5; ++column) begin = row.find(", ", begin) + 2;
+  return row.substr(begin);
+}
+
+/// The rows of a recording without their powers when another sampling period is chosen after the
+/// first `rows`; the expected ones when `rows` is none.
+Lines rowsClearedAfter(std::size_t rows, const std::string& recording) {
+  const Lines expected = linesOf(folderOf(recording) + "/expected.csv");
+  RecordedMac mac(folderOf(recording));
+  Lines seen;
+  for (std::size_t row = 0; row < expected.size(); ++row) {
+    if (row == rows) mac.setSamplingResolution(1000);
+    seen.push_back(withoutPowers(mac.nextRow()));
+  }
+  return seen;
+}
+
+Lines expectedRows(const std::string& recording) {
+  Lines rows = linesOf(folderOf(recording) + "/expected.csv");
+  std::transform(rows.begin(), rows.end(), rows.begin(), withoutPowers);
+  return rows;
+}
+
+TEST(ClearedRecordings, TicksAreStillThoseSinceTheSampleBefore) {
+  EXPECT_EQ(rowsClearedAfter(1, "ticks"), expectedRows("ticks"));
+}
+
+TEST(ClearedRecordings, AFailedCallBeforeIsRememberedToo) {
+  EXPECT_EQ(rowsClearedAfter(4, "ticks"), expectedRows("ticks"));
+}
+
+TEST(ClearedRecordings, ClustersKeepTheirProcessors) {
+  EXPECT_EQ(rowsClearedAfter(4, "membership-comes-late"), expectedRows("membership-comes-late"));
+}
+
+TEST(ClearedRecordings, TheFilterOfGpuTemperaturesHasNoValueBefore) {
+  Lines expected = expectedRows("gpu-glitches");
+  ASSERT_EQ(expected.size(), 14u);
+  expected[1] = "1000, 2000, 400, 30, 30, 30, 7, nan, nan, nan, 0.000";
+  expected[2] = expected[1];  // the 7 stands in for the next one
+  EXPECT_EQ(rowsClearedAfter(1, "gpu-glitches"), expected);
+}
+
+TEST(ClearedRecordings, AnotherPeriodDividesTheEnergiesFromThenOn) {
+  RecordedMac mac(folderOf("ticks"));
+  EXPECT_EQ(mac.nextRow().substr(0, 34), "3.000, 1.000, 0.000, 0.250, 0.500,");
+  mac.setSamplingResolution(1000);
+  EXPECT_EQ(mac.nextRow().substr(0, 34), "3.000, 0.500, 0.000, 0.125, 0.250,");
+}
+
+TEST(ClearedRecordings, TheAxisStaysUntilTheNextSampleAndIsThenThatOfItAlone) {
+  RecordedMac mac(folderOf("power-axis"));
+  for (int row = 0; row < 9; ++row) mac.nextRow();
+  EXPECT_EQ(mac.axis(), "120 100 80 60 40 20 0, 120");
+  mac.setSamplingResolution(1000);
+  EXPECT_EQ(mac.axis(), "120 100 80 60 40 20 0, 120");
+  EXPECT_EQ(mac.nextRow().substr(0, 7), "20.000,");
+  EXPECT_EQ(mac.axis(), "20 15 10 5 0, 20");
 }
 
 TEST(Recordings, TheTextOnTheTemperaturesNamesTheirSource) {
@@ -214,6 +308,26 @@ TEST(RecordedIdentity, TheGpuIsNamedByTheFirstOfApplesThatHasStatistics) {
                     {"vendor-id": "6B100000", "model": "Chosen", "PerformanceStatistics": {}},
                     {"vendor-id": "6B100000", "model": "Late", "PerformanceStatistics": {}}])"),
             gpuName("Chosen"));
+}
+
+TEST(RecordedIdentity, IsThatOfTheFirstStepWhateverTheOthersSay) {
+  const RecordingFolder folder;
+  folder.write("empty.plist", plist("<dict/>"));
+  folder.write("machine.json", R"({"format": 1, "name": "x",
+      "sysctl": {"hw.cputype": 16777228, "hw.model": "Mac14,2",
+                 "machdep.cpu.brand_string": "Apple M2"},
+      "smc": {"keys": [{"key": "Te05", "type": "flt ", "bytes": "0000F041"}]},
+      "steps": [{"powermetrics": "empty.plist", "accelerators": [
+                   {"vendor-id": "6B100000", "model": "First", "PerformanceStatistics": {}}]},
+                {"powermetrics": "empty.plist", "smc": {"Te05": "00004842"}, "accelerators": [
+                   {"vendor-id": "6B100000", "model": "Second",
+                    "PerformanceStatistics": {"Device Utilization %": 40}}]}]})");
+  RecordedMac mac(folder.path());
+  EXPECT_EQ(mac.title(), gpuName("First"));
+  const std::string before = "0.000, 0.000, 0.000, 0.000, 0.000, 0, 0, 0, ";
+  EXPECT_EQ(mac.nextRow(), before + "30, 30, 30, nan, nan, 0.000, 0.000, 0.000");
+  EXPECT_EQ(mac.nextRow(), before + "50, 50, 50, nan, nan, 0.000, 0.000, 40.000");
+  EXPECT_EQ(mac.title(), gpuName("First"));
 }
 
 TEST(RecordedIdentity, AGpuWithoutATextForItsModelIsUnknown) {

@@ -16,9 +16,9 @@ namespace pallimo::adapters::simulated {
 RecordedSmc smcOf(const MachineDescription& machine);
 
 /// What the sensors of a built-in machine answer, moment by moment: temperatures over SMC and HID,
-/// processor ticks and the graphics accelerator. A pure function of machine, seed and time; the
-/// object only remembers the way it has come, so that the next moment costs little. Not
-/// thread-safe. The machine outlives the object.
+/// processor ticks and the graphics accelerator. A function of machine, seed and time, as far as
+/// MachinePast is one; the object remembers the way it has come, so that a moment costs the time
+/// since the one before. Not thread-safe. The machine outlives the object.
 class BuiltinSensors {
  public:
   BuiltinSensors(const MachineDescription& machine, std::uint64_t seed);

@@ -20,16 +20,16 @@ std::shared_ptr<const RecordingStep> CurrentStep::get() {
 }
 
 void CurrentStep::moveTo(std::uint64_t request) {
-  const SimulatedMoment moment{request, simulatedTime()};
+  const double now = simulatedTime();
   std::shared_ptr<const RecordingStep> past;
   base::MutexLock lock(mutex_);
-  moment_ = moment;
+  moment_ = {request, std::max(moment_.time, now)};
   step_.swap(past);
 }
 
 double CurrentStep::simulatedTime() const {
   const std::chrono::duration<double> now = clock_.now().time_since_epoch();
-  return std::max(0.0, now.count() - startTime_);
+  return now.count() - startTime_;
 }
 
 }  // namespace pallimo::adapters::simulated

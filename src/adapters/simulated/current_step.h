@@ -28,8 +28,8 @@ class CurrentStep {
   std::shared_ptr<const RecordingStep> get();
 
   /// The moment is now the delivery of a result: that of a connection's request `request`, counted
-  /// from one, at the time that the clock shows. A clock that was set back to before the start
-  /// counts as the start.
+  /// from one, at the time that the clock shows. Simulated time never runs backwards: while the
+  /// clock shows less than it did at an earlier result, or than the start, it stands still.
   void moveTo(std::uint64_t request);
 
  private:

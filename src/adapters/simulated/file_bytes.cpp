@@ -8,11 +8,16 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdint>
 #include <cstring>
 
 namespace pallimo::adapters::simulated {
 
 namespace {
+
+std::string largerThan(std::size_t limit) {
+  return "Larger than " + std::to_string(limit) + " bytes";
+}
 
 class OpenFile {
  public:
@@ -27,11 +32,12 @@ class OpenFile {
 
   int descriptor() const { return descriptor_; }
 
-  std::string whyUnreadable() const {
+  std::string whyUnreadable(std::size_t limit) const {
     if (descriptor_ < 0) return std::strerror(errno);
     struct stat status = {};
     if (fstat(descriptor_, &status) != 0) return std::strerror(errno);
-    return S_ISREG(status.st_mode) ? "" : "Not a regular file";
+    if (!S_ISREG(status.st_mode)) return "Not a regular file";
+    return static_cast<std::uintmax_t>(status.st_size) > limit ? largerThan(limit) : "";
   }
 
  private:
@@ -40,11 +46,13 @@ class OpenFile {
 
 }  // namespace
 
-std::string whyUnreadable(const std::string& path) { return OpenFile(path).whyUnreadable(); }
+std::string whyUnreadable(const std::string& path, std::size_t limit) {
+  return OpenFile(path).whyUnreadable(limit);
+}
 
 std::variant<base::Bytes, FileError> readFileBytes(const std::string& path, std::size_t limit) {
   const OpenFile file(path);
-  if (std::string why = file.whyUnreadable(); !why.empty()) return FileError{why};
+  if (std::string why = file.whyUnreadable(limit); !why.empty()) return FileError{why};
   constexpr std::size_t kPiece = 65536;
   base::Bytes bytes;
   std::size_t size = 0;
@@ -54,7 +62,7 @@ std::variant<base::Bytes, FileError> readFileBytes(const std::string& path, std:
     if (got < 0 && errno == EINTR) continue;
     if (got < 0) return FileError{std::strerror(errno)};
     size += static_cast<std::size_t>(got);
-    if (size > limit) return FileError{"Larger than " + std::to_string(limit) + " bytes"};
+    if (size > limit) return FileError{largerThan(limit)};
     if (got == 0) break;
   }
   bytes.resize(size);

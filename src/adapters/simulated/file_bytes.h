@@ -20,7 +20,8 @@ struct FileError {
 /// that a wrong name never blocks the reader or fills its memory. Any thread.
 std::variant<base::Bytes, FileError> readFileBytes(const std::string& path, std::size_t limit);
 
-/// Why `path` is not a regular file that can be read; empty when it is one.
-std::string whyUnreadable(const std::string& path);
+/// Why readFileBytes() would refuse the file now, judged without reading it; empty when it would
+/// not.
+std::string whyUnreadable(const std::string& path, std::size_t limit);
 
 }  // namespace pallimo::adapters::simulated

@@ -23,6 +23,10 @@ bool isPlainKey(const std::string& key) {
          });
 }
 
+std::string inQuotes(const std::string& text) {
+  return json(text).dump(-1, ' ', false, json::error_handler_t::replace);
+}
+
 std::string describe(const json& value) {
   switch (value.type()) {
     case json::value_t::string:
@@ -38,12 +42,16 @@ std::string describe(const json& value) {
 
 }  // namespace
 
+std::string oneLine(const std::string& text) {
+  const std::string quoted = inQuotes(text);
+  return quoted.substr(1, quoted.size() - 2);
+}
+
 std::string quotedText(const std::string& text) {
   std::size_t length = std::min(text.size(), kLongestQuote);
   // Never in the middle of a UTF-8 character.
   while (length > 0 && length < text.size() && (text[length] & 0xC0) == 0x80) --length;
-  const std::string cut = length < text.size() ? text.substr(0, length) + "..." : text;
-  return json(cut).dump(-1, ' ', false, json::error_handler_t::replace);
+  return inQuotes(length < text.size() ? text.substr(0, length) + "..." : text);
 }
 
 std::string numberWord(std::size_t number) {

@@ -70,6 +70,9 @@ std::string pathOfElement(const std::string& path, std::size_t index);
 /// "three" for 3; digits from eleven on.
 std::string numberWord(std::size_t number);
 
+/// The whole text in JSON's escapes, without quotes: always one line. For paths, whose end matters.
+std::string oneLine(const std::string& text);
+
 /// The text in JSON's quotes and escapes, cut when it is long: always one line.
 std::string quotedText(const std::string& text);
 

@@ -50,13 +50,15 @@ std::uint32_t ticksOf(double seconds) {
 MachinePast::MachinePast(const MachineDescription& machine, std::uint64_t seed)
     : machine_(machine), seed_(seed) {
   restart();
-  now_ = atCell_;
 }
 
 void MachinePast::moveTo(double time) {
   const double from = std::max(0.0, time);
   const auto cell = static_cast<std::int64_t>(std::floor(from / kCell));
   if (cell < cells_) restart();
+  if (static_cast<double>(cell - cells_) * kCell > kLongestWalk) {
+    sleepUntil(cell - static_cast<std::int64_t>(kAwakeBefore / kCell));
+  }
   for (; cells_ < cell; ++cells_) advance(atCell_, loadOfCell(cells_), kCell);
   now_ = atCell_;
   advance(now_, loadOfCell(cell), from - static_cast<double>(cell) * kCell);
@@ -86,6 +88,14 @@ void MachinePast::restart() {
   cells_ = 0;
   atCell_ = {std::vector<double>(cores, 0.0), std::vector<double>(cores, 0.0),
              settledHeat(machine_, loadOfCell(0))};
+  now_ = atCell_;
+}
+
+void MachinePast::sleepUntil(std::int64_t cell) {
+  cells_ = cell;
+  // Not where the last cell began: what was counted within it has been told and must not fall.
+  atCell_ = now_;
+  atCell_.heat = settledHeat(machine_, loadOfCell(cell));
 }
 
 Load MachinePast::loadOfCell(std::int64_t cell) const {

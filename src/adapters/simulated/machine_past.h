@@ -26,15 +26,26 @@ struct MachineHeat {
 /// thread.
 MachineHeat settledHeat(const MachineDescription& machine, const Load& load);
 
+/// The longest way ahead that a machine is awake for, seconds: an hour.
+inline constexpr double kLongestWalk = 3600;
+/// How long before the moment a machine awoke that slept through a longer way, seconds: a minute.
+inline constexpr double kAwakeBefore = 60;
+
 /// So many seconds in the kernel's ticks of 10 ms, which wrap at 32 bits. 0 or more. Any thread.
 std::uint32_t ticksOf(double seconds);
 
 /// What has piled up in a machine since it started: the time that its processors were busy and the
 /// heat of their work. Walks the load of the simulation on a fixed grid of quarter seconds from
-/// time 0 and interpolates within the last cell, so that the answers are a pure function of
-/// machine, seed and time, bit by bit, whatever was asked before. A time ahead costs one load a
-/// cell of the way; a time before the last one walks from the start again. Not thread-safe. The
-/// machine outlives the object.
+/// time 0 and interpolates within the last cell.
+///
+/// As long as it is never moved ahead by more than kLongestWalk at once, the answers are a pure
+/// function of machine, seed and time, bit by bit, whatever was asked before. A longer leap of the
+/// clock is the machine's sleep: it ends kAwakeBefore ahead of the moment, nothing is counted in
+/// it, and the heat is that of the walk since then, which by its lag has forgotten everything
+/// before.
+///
+/// A time ahead costs one load a cell of the way, never more than kLongestWalk has cells; a time
+/// before the last one begins at the start again. Not thread-safe. The machine outlives the object.
 class MachinePast {
  public:
   /// Stands at time 0.
@@ -61,12 +72,13 @@ class MachinePast {
   };
 
   void restart();
+  void sleepUntil(std::int64_t cell);
   Load loadOfCell(std::int64_t cell) const;
   void advance(State& state, const Load& load, double seconds) const;
 
   const MachineDescription& machine_;
   std::uint64_t seed_;
-  std::int64_t cells_ = 0;  ///< walked
+  std::int64_t cells_ = 0;  ///< walked, or slept through
   State atCell_;            ///< where that cell begins
   State now_;
 };

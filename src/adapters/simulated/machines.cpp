@@ -6,6 +6,7 @@
 #include <algorithm>
 
 #include "adapters/simulated/builtin_machine.h"
+#include "adapters/simulated/json_node.h"
 
 namespace pallimo::adapters::simulated {
 
@@ -80,6 +81,12 @@ std::vector<std::string> machineList() {
   }
   for (std::size_t i = 0; i < lines.size(); ++i) lines[i] += temperatureText(builtinMachines()[i]);
   return lines;
+}
+
+std::string recordingLine(const std::string& name, const std::string& folder) {
+  std::size_t width = 0;
+  for (const auto& machine : builtinMachines()) width = std::max(width, machine.name.size());
+  return padded(oneLine(name), width) + "  recording  " + oneLine(folder);
 }
 
 }  // namespace pallimo::adapters::simulated

@@ -24,4 +24,7 @@ const std::string& defaultMachineName();
 /// answers for the temperatures.
 std::vector<std::string> machineList();
 
+/// The line that a recording of this name adds to the list, its name in the same column.
+std::string recordingLine(const std::string& name, const std::string& folder);
+
 }  // namespace pallimo::adapters::simulated

@@ -47,10 +47,13 @@ SmcBytes readSmcBytes(const JsonNode& node) {
 }
 
 std::string readFourCharacters(const JsonNode& node, const std::string& key) {
-  constexpr const char* kExpected = "a text of four characters";
+  constexpr const char* kExpected = "a text of four ASCII characters";
   const JsonNode name = node.require(key, kExpected);
   std::string text = name.text(kExpected);
-  if (text.size() != kNameLength) name.fail(kExpected);
+  const auto isAscii = [](char c) { return static_cast<unsigned char>(c) < 0x80; };
+  if (text.size() != kNameLength || !std::all_of(text.begin(), text.end(), isAscii)) {
+    name.fail(kExpected);
+  }
   return text;
 }
 
@@ -131,6 +134,14 @@ std::optional<base::PropertyList> readVendorId(const JsonNode& node) {
   return base::PropertyList(std::move(*bytes));
 }
 
+std::uint32_t readFailuresOf(const JsonNode& node) {
+  const json& value = node.value();
+  if (!value.is_number_unsigned() || value.get<std::uint64_t>() > kMostReadFailures) {
+    node.fail("a whole number from 0 to " + std::to_string(kMostReadFailures));
+  }
+  return value.get<std::uint32_t>();
+}
+
 RecordedAccelerator readAccelerator(const JsonNode& node) {
   node.expectKeys({"vendor-id", "model", "PerformanceStatistics", "readFailures"});
   RecordedAccelerator accelerator;
@@ -138,7 +149,7 @@ RecordedAccelerator readAccelerator(const JsonNode& node) {
   accelerator.model = readProperty(node, "model");
   accelerator.performanceStatistics = readProperty(node, "PerformanceStatistics");
   if (const auto failures = node.find("readFailures")) {
-    accelerator.readFailures = failures->unsigned32();
+    accelerator.readFailures = readFailuresOf(*failures);
   }
   return accelerator;
 }

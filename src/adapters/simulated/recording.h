@@ -9,8 +9,10 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <variant>
 #include <vector>
 
+#include "adapters/simulated/file_bytes.h"
 #include "adapters/simulated/simulated_system_controls.h"
 #include "base/bytes.h"
 #include "base/property_list.h"
@@ -51,6 +53,9 @@ struct HidReading {
   bool operator==(const HidReading&) const = default;
 };
 
+/// Reading is tried again until it succeeds, so that a larger number would hold up the sample.
+inline constexpr std::uint32_t kMostReadFailures = 1000;
+
 /// One graphics accelerator. A property may be absent or of any kind: whoever reads the registry
 /// checks it, as on a Mac. "vendor-id" is data when it was recorded as text. JSON's null reads as
 /// an absent property.
@@ -58,7 +63,7 @@ struct RecordedAccelerator {
   std::optional<base::PropertyList> vendorId;               ///< "vendor-id"
   std::optional<base::PropertyList> model;                  ///< "model"
   std::optional<base::PropertyList> performanceStatistics;  ///< "PerformanceStatistics"
-  /// How often reading the entry's properties fails before it succeeds.
+  /// How often reading the entry's properties fails before it succeeds, at most kMostReadFailures.
   std::uint32_t readFailures = 0;
 
   bool operator==(const RecordedAccelerator&) const = default;
@@ -75,6 +80,9 @@ struct RecordingStep {
 
   bool operator==(const RecordingStep&) const = default;
 };
+
+/// Of a document or a report, bytes. More than any document that a helper passes on.
+inline constexpr std::size_t kLargestRecordedFile = std::size_t{64} * 1024 * 1024;
 
 /// A folder that stands in for one Mac: what the operating system would have answered, step by
 /// step. Made by readRecording(), which has checked everything. A value; any thread.
@@ -93,9 +101,9 @@ struct Recording {
   /// again at the first.
   std::size_t stepForRequest(std::uint64_t request) const;
 
-  /// The bytes that a run of powermetrics prints during the step, read from its file. Nothing when
-  /// the helper sends none: no file is named, the file is empty or it can't be read any more.
-  std::optional<base::Bytes> documentBytes(std::size_t step) const;
+  /// The bytes that a run of powermetrics prints during the step, read from the file that the step
+  /// names; no bytes when it is empty. An error when it can't be read any more.
+  std::variant<base::Bytes, FileError> documentBytes(std::size_t step) const;
 
   /// What the profiler prints for a data type, read from its file, which may be empty. Nothing when
   /// no file is named or it can't be read any more.

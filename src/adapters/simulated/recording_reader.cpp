@@ -138,7 +138,7 @@ std::variant<Recording, RecordingError> readRecording(const std::string& folder)
   const auto& bytes = std::get<base::Bytes>(read);
   const std::string text(bytes.begin(), bytes.end());
   return parseRecording(text, folder, [&folder](const std::string& file) {
-    return whyUnreadable(folder + "/" + file);
+    return whyUnreadable(folder + "/" + file, kLargestRecordedFile);
   });
 }
 

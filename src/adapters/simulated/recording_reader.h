@@ -19,7 +19,8 @@ struct RecordingError {
 };
 
 /// The recording in `folder`, format version 1. Everything is checked, also that the files it names
-/// lie in the folder and can be read; the files' contents are not: they are given verbatim.
+/// lie in the folder, can be read and are no larger than kLargestRecordedFile; the files' contents
+/// are not: they are given verbatim.
 /// Unknown and repeated keys are errors at every level, except inside "PerformanceStatistics",
 /// whose entries are the driver's, and where the names themselves are data. Never throws.
 std::variant<Recording, RecordingError> readRecording(const std::string& folder);

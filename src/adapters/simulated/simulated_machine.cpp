@@ -10,7 +10,6 @@
 #include "adapters/simulated/builtin_machine.h"
 #include "adapters/simulated/builtin_sensors.h"
 #include "adapters/simulated/displays_report.h"
-#include "adapters/simulated/file_bytes.h"
 #include "adapters/simulated/json_node.h"
 #include "adapters/simulated/machines.h"
 #include "adapters/simulated/powermetrics_document.h"
@@ -31,12 +30,13 @@ PowermetricsRun recordedRun(const Recording& recording, std::uint64_t request) {
   const std::size_t step = recording.stepForRequest(request);
   const auto& file = recording.steps[step].powermetrics;
   if (!file) return {.status = 1, .output = {}, .error = {}};
-  if (auto bytes = recording.documentBytes(step)) {
-    return {.status = 0, .output = std::move(*bytes), .error = {}};
+  auto read = recording.documentBytes(step);
+  if (const auto* error = std::get_if<FileError>(&read)) {
+    return {.status = 1,
+            .output = {},
+            .error = "powermetrics: " + oneLine(*file) + ": " + error->message};
   }
-  const std::string why = whyUnreadable(recording.pathOf(*file));
-  if (why.empty()) return {};
-  return {.status = 1, .output = {}, .error = "powermetrics: " + *file + ": " + why};
+  return {.status = 0, .output = std::get<base::Bytes>(std::move(read)), .error = {}};
 }
 
 }  // namespace
@@ -49,7 +49,7 @@ std::variant<SimulatedMachine, SimulationError> SimulatedMachine::load(
   if (!simulation.recording.empty()) {
     auto read = readRecording(simulation.recording);
     if (const auto* error = std::get_if<RecordingError>(&read)) {
-      return SimulationError{simulation.recording + "/" + error->message};
+      return SimulationError{oneLine(simulation.recording) + "/" + error->message};
     }
     return SimulatedMachine(
         simulation, std::make_shared<const Recording>(std::get<Recording>(std::move(read))));

@@ -25,8 +25,8 @@ class StepSource {
  public:
   virtual ~StepSource() = default;
 
-  /// Never nullptr. A built-in machine walks its past up to the moment, which is cheap when moments
-  /// come in order.
+  /// Never nullptr. A built-in machine walks its past up to the moment: the cost is that of the
+  /// time since the moment before, at most an hour of it.
   virtual std::shared_ptr<const RecordingStep> stepAt(const SimulatedMoment& moment) = 0;
 };
 

@@ -11,6 +11,7 @@
 #include <system_error>
 #include <utility>
 
+#include "adapters/simulated/json_node.h"
 #include "adapters/simulated/machines.h"
 #include "adapters/simulated/simulated_machine.h"
 #include "adapters/simulated/simulation_file.h"
@@ -35,6 +36,8 @@ std::variant<std::string, StartError> builtHelper() {
   return (self.parent_path() / helper_link::protocol::kMachServiceName).string();
 }
 
+std::string quotedPath(const std::string& path) { return "\"" + simulated::oneLine(path) + "\""; }
+
 /// A built-in machine of that name, else a folder: helper and stand-in need its absolute path.
 std::variant<simulated::Simulation, StartError> simulationFor(const Options& options,
                                                               SystemClock::TimePoint start) {
@@ -47,13 +50,25 @@ std::variant<simulated::Simulation, StartError> simulationFor(const Options& opt
     return simulation;
   }
   std::error_code error;
-  if (!fs::exists(asked, error)) {
-    return StartError{"there is no machine and no recording \"" + asked +
-                      "\"; --list-machines lists the built-in machines"};
+  const bool isThere = fs::exists(asked, error);
+  if (!isThere && !error) {
+    return StartError{"there is no machine and no recording " + quotedPath(asked) +
+                      "; --list-machines lists the built-in machines"};
   }
-  simulation.recording = fs::canonical(asked, error);
-  if (error) return StartError{"can't find the recording \"" + asked + "\": " + error.message()};
+  if (isThere) simulation.recording = fs::canonical(asked, error);
+  if (error) {
+    return StartError{"can't find the recording " + quotedPath(asked) + ": " + error.message()};
+  }
   return simulation;
+}
+
+std::variant<simulated::SimulatedMachine, StartError> machineOf(
+    const simulated::Simulation& simulation) {
+  auto loaded = simulated::SimulatedMachine::load(simulation);
+  if (const auto* error = std::get_if<simulated::SimulationError>(&loaded)) {
+    return StartError{error->message};
+  }
+  return std::get<simulated::SimulatedMachine>(std::move(loaded));
 }
 
 /// The pieces of a start, each of which may end it with one line.
@@ -77,12 +92,7 @@ class Start {
 
   Problem loadMachine() {
     if (auto error = keep(simulationFor(options_, start_), simulation_)) return error;
-    auto loaded = simulated::SimulatedMachine::load(simulation_);
-    if (const auto* error = std::get_if<simulated::SimulationError>(&loaded)) {
-      return StartError{error->message};
-    }
-    machine_ = std::get<simulated::SimulatedMachine>(std::move(loaded));
-    return std::nullopt;
+    return keep(machineOf(simulation_), machine_);
   }
 
   Problem prepareFolder() {
@@ -94,8 +104,8 @@ class Start {
     const auto written = simulated::readSimulation(folder.simulationFile());
     const auto* readBack = std::get_if<simulated::Simulation>(&written);
     if (readBack == nullptr || readBack->recording != simulation_.recording) {
-      return StartError{"the recording's path can't be written down, it is not UTF-8: \"" +
-                        simulation_.recording + "\""};
+      return StartError{"the recording's path can't be written down, it is not UTF-8: " +
+                        quotedPath(simulation_.recording)};
     }
     return std::nullopt;
   }
@@ -111,8 +121,8 @@ class Start {
     return std::nullopt;
   }
 
-  template <class Value>
-  static Problem keep(std::variant<Value, StartError> made, Value& kept) {
+  template <class Value, class Place>
+  static Problem keep(std::variant<Value, StartError> made, Place& kept) {
     if (auto* error = std::get_if<StartError>(&made)) return std::move(*error);
     kept = std::get<Value>(std::move(made));
     return std::nullopt;
@@ -133,6 +143,17 @@ std::variant<std::unique_ptr<PlatformOwner>, StartError> makePlatform(const Opti
   return Start(options).make();
 }
 
-std::vector<std::string> listedMachines() { return simulated::machineList(); }
+std::variant<std::vector<std::string>, StartError> listedMachines(const Options& options) {
+  const auto asked = simulationFor(options, SystemClock::realNow());
+  if (const auto* error = std::get_if<StartError>(&asked)) return *error;
+  const auto& simulation = std::get<simulated::Simulation>(asked);
+  std::vector<std::string> lines = simulated::machineList();
+  if (simulation.recording.empty()) return lines;
+  const auto machine = machineOf(simulation);
+  if (const auto* error = std::get_if<StartError>(&machine)) return *error;
+  const std::string& name = std::get<simulated::SimulatedMachine>(machine).name();
+  lines.push_back(simulated::recordingLine(name, simulation.recording));
+  return lines;
+}
 
 }  // namespace pallimo::app

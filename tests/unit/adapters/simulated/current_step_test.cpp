@@ -94,11 +94,32 @@ TEST_F(CurrentStepTest, IsMadeAgainWhenTheSameRequestComesAgain) {
   EXPECT_EQ(made_, (Moments{{1, 0}, {1, 1}}));
 }
 
-TEST_F(CurrentStepTest, AClockThatWasSetBackCountsAsTheStart) {
+TEST_F(CurrentStepTest, AClockThatWasSetBackBeforeTheStartCountsAsTheStart) {
   clock_.set(kStartPoint - seconds(100));
   now_.moveTo(3);
   now_.get();
   EXPECT_EQ(made_, (Moments{{3, 0}}));
+}
+
+TEST_F(CurrentStepTest, StandsStillUntilAClockThatWasSetBackHasCaughtUp) {
+  clock_.set(kStartPoint + seconds(50));
+  now_.moveTo(1);
+  now_.get();
+  for (std::uint64_t request = 2; request <= 4; ++request) {
+    clock_.set(kStartPoint + seconds(10 * request + 20));
+    now_.moveTo(request);
+    now_.get();
+  }
+  EXPECT_EQ(made_, (Moments{{1, 50}, {2, 50}, {3, 50}, {4, 60}}));
+}
+
+TEST_F(CurrentStepTest, AMomentThatNobodyAskedAboutHoldsTheTimeToo) {
+  clock_.set(kStartPoint + seconds(50));
+  now_.moveTo(1);
+  clock_.set(kStartPoint + seconds(10));
+  now_.moveTo(2);
+  now_.get();
+  EXPECT_EQ(made_, (Moments{{2, 50}}));
 }
 
 TEST_F(CurrentStepTest, AStepThatIsKeptStaysWhatItWas) {

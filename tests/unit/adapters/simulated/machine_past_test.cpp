@@ -134,6 +134,74 @@ TEST(MachinePast, GoesBackToAnEarlierTime) {
   EXPECT_EQ(momentOf(past, 0), momentAt(0));
 }
 
+constexpr double kHour = 3'600;
+
+/// Seconds that the first processor's counters grew by.
+double counted(const Moment& from, const Moment& to) {
+  return (sum(to.ticks.front()) - sum(from.ticks.front())) / 100;
+}
+
+TEST(MachinePast, AnHourAtOnceIsCountedInFull) {
+  EXPECT_NEAR(counted(momentAt(0), momentAt(kHour)), kHour, 0.05);
+  MachinePast inSteps(machine(), 1);
+  for (double time = 0; time < kHour; time += 400) inSteps.moveTo(time);
+  EXPECT_EQ(momentOf(inSteps, kHour), momentAt(kHour));
+}
+
+TEST(MachinePast, ALongerLeapIsASleepThatEndsAMinuteBefore) {
+  const double leap = kHour + 0.25;
+  EXPECT_NEAR(counted(momentAt(0), momentAt(leap)), 60, 0.05);
+  EXPECT_NEAR(counted(momentAt(0), momentAt(1e9)), 60, 0.3);
+}
+
+TEST(MachinePast, ASleepIsMeasuredFromTheMomentBefore) {
+  MachinePast past(machine(), 1);
+  const Moment before = momentOf(past, 2 * kHour);
+  EXPECT_NEAR(counted(before, momentOf(past, 3 * kHour)), kHour, 0.05);
+  const Moment asleep = momentOf(past, 3 * kHour + 0.24);
+  EXPECT_NEAR(counted(asleep, momentOf(past, 5 * kHour)), 60, 0.05) << "also from within a cell";
+}
+
+TEST(MachinePast, NoTickFallsThroughASleep) {
+  for (double from = 0; from < 30; from += 0.37) {
+    MachinePast past(machine(), 1);
+    const auto before = momentOf(past, from).ticks;
+    const auto after = momentOf(past, from + 2 * kHour).ticks;
+    for (std::size_t cpu = 0; cpu < after.size(); ++cpu) {
+      for (std::size_t state = 0; state < 4; ++state) {
+        ASSERT_GE(after[cpu][state], before[cpu][state]) << from;
+      }
+    }
+  }
+}
+
+TEST(MachinePast, AfterASleepTheMinuteThatItWasAwakeIsThatOfTheLoad) {
+  const double moment = 2 * kHour;
+  const auto from = momentAt(0).ticks;
+  const auto to = momentAt(moment).ticks;
+  double expected = 0;
+  for (int i = 0; i < 6'000; ++i) {
+    expected += loadAt(machine(), 1, moment - 60 + 0.01 * i).clusters[0].cores[1] * 0.01;
+  }
+  const double busy = (to[1][kUser] + to[1][kSystem]) - (from[1][kUser] + from[1][kSystem]);
+  EXPECT_NEAR(busy / 100, expected, 0.03 * expected + 0.03);
+}
+
+TEST(MachinePast, TheHeatAfterASleepIsThatOfAMachineThatWasNeverAsleep) {
+  MachinePast awake(machine(), 1);
+  for (double time = 0; time < 2 * kHour; time += kHour / 2) awake.moveTo(time);
+  const auto warm = momentOf(awake, 2 * kHour).heat;
+  const auto rested = momentAt(2 * kHour).heat;
+  ASSERT_EQ(rested.size(), warm.size());
+  for (std::size_t i = 0; i < warm.size(); ++i) EXPECT_NEAR(rested[i], warm[i], 1e-4);
+}
+
+TEST(MachinePast, TheHeatAfterASleepDoesNotDependOnWhenItBegan) {
+  MachinePast late(machine(), 1);
+  late.moveTo(100);
+  EXPECT_EQ(momentOf(late, 9'000.3).heat, momentAt(9'000.3).heat);
+}
+
 TEST(MachinePast, DiffersFromSeedToSeed) { EXPECT_NE(momentAt(30, 1), momentAt(30, 2)); }
 
 TEST(MachinePast, HeatHasNoJumps) {

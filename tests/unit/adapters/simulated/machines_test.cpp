@@ -92,6 +92,13 @@ TEST(Machines, AreListedOneALine) {
   // clang-format on
 }
 
+TEST(Machines, ARecordingIsListedByNameAndFolder) {
+  EXPECT_EQ(recordingLine("My Mac", "/tmp/one"), "My Mac               recording  /tmp/one");
+  EXPECT_EQ(recordingLine("A Mac with quite a long name", "/a"),
+            "A Mac with quite a long name  recording  /a");
+  EXPECT_EQ(recordingLine("two\nlines", "/a\nb"), "two\\nlines           recording  /a\\nb");
+}
+
 /// "E-Cluster 600-2064", the ends of every table, the GPU's last.
 std::vector<std::string> tableEnds(const std::string& name) {
   const MachineDescription& machine = *findMachine(name);

@@ -4,12 +4,17 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "adapters/simulated/machine_past.h"
 #include "adapters/simulated/machines.h"
+#include "base/text_format.h"
 #include "correlation.h"
 #include "sampled_machine.h"
 
@@ -24,13 +29,21 @@ using tests::rankCorrelation;
 using tests::SampledMachine;
 using tests::Series;
 
+std::vector<MachineSample> samplesOf(const MachineDescription& machine, std::size_t count,
+                                     std::chrono::milliseconds period) {
+  SampledMachine sampled(machine, 1, period);
+  std::vector<MachineSample> samples(count);
+  std::generate(samples.begin(), samples.end(), [&sampled] { return sampled.next(); });
+  return samples;
+}
+
 /// Ten minutes of a machine, one figure at a time.
 class TenMinutes {
  public:
-  explicit TenMinutes(const MachineDescription& machine) {
-    SampledMachine sampled(machine, 1);
-    for (int second = 0; second < 600; ++second) samples_.push_back(sampled.next());
-  }
+  explicit TenMinutes(const MachineDescription& machine)
+      : machine_(machine), samples_(samplesOf(machine, 600, std::chrono::seconds(1))) {}
+
+  const MachineDescription& machine() const { return machine_; }
 
   const std::vector<MachineSample>& samples() const { return samples_; }
 
@@ -56,15 +69,20 @@ class TenMinutes {
     return series;
   }
 
+  const MachineDescription& machine_;
   std::vector<MachineSample> samples_;
 };
 
-void packagePowerIsTheSumOfItsParts(const TenMinutes& minutes) {
-  for (const MachineSample& sample : minutes.samples()) {
+void expectPackagePowerIsTheSumOfItsParts(const std::vector<MachineSample>& samples) {
+  for (const MachineSample& sample : samples) {
     const double sum = sample.cpu + sample.gpu + sample.ane;
     EXPECT_GT(sum, 0);
     EXPECT_NEAR(sample.package, sum, 0.05 * sum);
   }
+}
+
+void packagePowerIsTheSumOfItsParts(const TenMinutes& minutes) {
+  expectPackagePowerIsTheSumOfItsParts(minutes.samples());
 }
 
 void temperaturesStayWithinWhatAChipEndures(const TenMinutes& minutes) {
@@ -100,11 +118,41 @@ void utilisationIsAShare(const TenMinutes& minutes) {
   }
 }
 
-void noTwoSamplesAreEqual(const TenMinutes& minutes) {
-  std::vector<MachineSample> visible = minutes.samples();
-  for (MachineSample& sample : visible) sample.demand = 0;
-  for (std::size_t i = 0; i < visible.size(); ++i) {
-    EXPECT_EQ(std::count(visible.begin(), visible.end(), visible[i]), 1) << i;
+double highest(const std::vector<double>& values) {
+  return *std::max_element(values.begin(), values.end());
+}
+
+/// The sample as the log shows it: three decimals, or whole megahertz and degrees. One difference:
+/// it has a column for each cluster, not for each kind of them.
+std::string logTextOf(const MachineDescription& machine, const MachineSample& sample) {
+  std::string text;
+  const auto add = [&text](double value, int decimals) {
+    base::appendFixed(text, value, decimals);
+    text += ' ';
+  };
+  for (const double power : {sample.package, sample.cpu, sample.ane, sample.gpu}) add(power, 3);
+  for (const double frequency : sample.frequencies) add(frequency, 0);
+  add(sample.gpuFrequency, 0);
+  add(*std::min_element(sample.cpuReadings.begin(), sample.cpuReadings.end()), 0);
+  add(meanOf(sample.cpuReadings), 0);
+  add(highest(sample.cpuReadings), 0);
+  add(meanOf(sample.gpuReadings), 0);
+  add(100 * meanOf(sample.busy), 3);
+  auto next = sample.busy.begin();
+  for (const ClusterDescription& cluster : machine.clusters) {
+    const auto end = next + static_cast<std::ptrdiff_t>(cluster.cores);
+    add(100 * meanOf({next, end}), 3);
+    next = end;
+  }
+  add(100 * sample.gpuBusy, 3);
+  return text;
+}
+
+void noTwoSamplesReadTheSameInTheLog(const TenMinutes& minutes) {
+  std::set<std::string> seen;
+  for (const MachineSample& sample : minutes.samples()) {
+    const std::string text = logTextOf(minutes.machine(), sample);
+    EXPECT_TRUE(seen.insert(text).second) << text;
   }
 }
 
@@ -144,29 +192,53 @@ TEST_P(Physics, TenMinutesReadLikeThoseOfARealMachine) {
   ASSERT_EQ(minutes.samples().size(), 600u);
   for (const auto& rule :
        {packagePowerIsTheSumOfItsParts, temperaturesStayWithinWhatAChipEndures,
-        temperatureFollowsPowerWithADelay, utilisationIsAShare, noTwoSamplesAreEqual,
+        temperatureFollowsPowerWithADelay, utilisationIsAShare, noTwoSamplesReadTheSameInTheLog,
         allPanelsTellTheSameStory, quietAndBusyMomentsDifferMuch}) {
     rule(minutes);
   }
 }
 
+TEST_P(Physics, PackagePowerIsTheSumOfItsPartsWhateverThePeriod) {
+  for (const auto period : {std::chrono::milliseconds(500), std::chrono::milliseconds(100)}) {
+    const auto samples = samplesOf(machine(), 60, period);
+    ASSERT_EQ(samples.size(), 60u);
+    expectPackagePowerIsTheSumOfItsParts(samples);
+  }
+}
+
+void expectNothingIsLess(const MachineDescription& machine, const Load& more, const Load& less) {
+  constexpr double kShare = 1e-12;
+  constexpr double kFigure = 1e-9;
+  for (std::size_t i = 0; i < more.clusters.size(); ++i) {
+    const ClusterLoad& now = more.clusters[i];
+    const ClusterLoad& before = less.clusters[i];
+    const auto& table = machine.clusters[i].frequencies;
+    EXPECT_GE(now.whole.frequency(table) + kFigure, before.whole.frequency(table));
+    EXPECT_GE(now.whole.active + kShare, before.whole.active);
+    EXPECT_GE(now.milliwatts + kFigure, before.milliwatts);
+    ASSERT_EQ(now.cores.size(), before.cores.size());
+    for (std::size_t core = 0; core < now.cores.size(); ++core) {
+      EXPECT_GE(now.cores[core] + kShare, before.cores[core]);
+    }
+  }
+  const auto& gpuTable = machine.gpu.frequencies;
+  EXPECT_GE(more.gpu.frequency(gpuTable) + kFigure, less.gpu.frequency(gpuTable));
+  EXPECT_GE(more.gpu.active + kShare, less.gpu.active);
+  EXPECT_GE(more.cpuMilliwatts + kFigure, less.cpuMilliwatts);
+  EXPECT_GE(more.gpuMilliwatts + kFigure, less.gpuMilliwatts);
+  EXPECT_GE(more.aneMilliwatts + kFigure, less.aneMilliwatts);
+  EXPECT_GE(more.packageMilliwatts() + kFigure, less.packageMilliwatts());
+}
+
 TEST_P(Physics, MoreDemandAtTheSameMomentLowersNothing) {
-  for (double time = 0; time < 120; time += 1.7) {
-    Load less = loadFor(machine(), 1, time, 0);
-    for (int percent = 1; percent <= 100; ++percent) {
-      Load more = loadFor(machine(), 1, time, percent / 100.0);
-      for (std::size_t i = 0; i < more.clusters.size(); ++i) {
-        const auto& table = machine().clusters[i].frequencies;
-        EXPECT_GE(more.clusters[i].whole.frequency(table) + 1e-9,
-                  less.clusters[i].whole.frequency(table));
-        EXPECT_GE(more.clusters[i].whole.active + 1e-12, less.clusters[i].whole.active);
+  for (const std::uint64_t seed : {1ull, 2ull, 3ull, 77ull, 4'000'000'000ull}) {
+    for (double time = 0; time < 60; time += 2.9) {
+      Load less = loadFor(machine(), seed, time, 0);
+      for (int percent = 1; percent <= 100; ++percent) {
+        Load more = loadFor(machine(), seed, time, percent / 100.0);
+        expectNothingIsLess(machine(), more, less);
+        less = std::move(more);
       }
-      EXPECT_GE(more.gpu.frequency(machine().gpu.frequencies) + 1e-9,
-                less.gpu.frequency(machine().gpu.frequencies));
-      EXPECT_GE(more.cpuMilliwatts + 1e-9, less.cpuMilliwatts);
-      EXPECT_GE(more.gpuMilliwatts + 1e-9, less.gpuMilliwatts);
-      EXPECT_GE(more.packageMilliwatts() + 1e-9, less.packageMilliwatts());
-      less = std::move(more);
     }
   }
 }

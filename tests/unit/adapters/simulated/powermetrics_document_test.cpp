@@ -6,6 +6,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdint>
+#include <iterator>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -137,19 +140,58 @@ TEST(PowermetricsDocument, TakesAtMostTwoPercentLongerThanThePeriod) {
   }
 }
 
-TEST(PowermetricsDocument, NamesTheClustersAndTheirProcessors) {
-  std::vector<std::string> names;
-  std::vector<std::int64_t> cpus;
-  for (const PropertyList& cluster : clustersOf(parsed(requestAt(10)))) {
-    names.push_back(*at(cluster, {"name"}).text());
+/// A machine and the clusters that its chip has, each with its processors' numbers.
+struct ChipsClusters {
+  const char* machine;
+  const char* clusters;
+};
+
+std::ostream& operator<<(std::ostream& out, const ChipsClusters& chip) {
+  return out << chip.machine;
+}
+
+/// "E-Cluster 0 1; P-Cluster 2": what the document lists, in its order.
+std::string clusterTextOf(const std::string& machine) {
+  const auto document =
+      libplist::LibplistReader().read(powermetricsDocument(*findMachine(machine), requestAt(10)));
+  if (!document) return "no property list";
+  std::string text;
+  for (const PropertyList& cluster : clustersOf(*document)) {
+    if (!text.empty()) text += "; ";
+    text += *at(cluster, {"name"}).text();
     for (const PropertyList& cpu : *at(cluster, {"cpus"}).array()) {
       std::int64_t id = -1;
       EXPECT_TRUE(at(cpu, {"cpu"}).readInteger(id));
-      cpus.push_back(id);
+      text += ' ';
+      text += std::to_string(id);
     }
   }
-  EXPECT_EQ(names, (std::vector<std::string>{"E-Cluster", "P0-Cluster", "P1-Cluster"}));
-  EXPECT_EQ(cpus, (std::vector<std::int64_t>{0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11}));
+  return text;
+}
+
+class EveryPowermetricsDocument : public ::testing::TestWithParam<ChipsClusters> {};
+
+TEST_P(EveryPowermetricsDocument, NamesTheClustersAndTheirProcessors) {
+  EXPECT_EQ(clusterTextOf(GetParam().machine), GetParam().clusters);
+}
+
+constexpr ChipsClusters kChips[] = {
+    {"MacBook Air M1", "E-Cluster 0 1 2 3; P-Cluster 4 5 6 7"},
+    {"MacBook Pro M1 Pro", "E-Cluster 0 1; P0-Cluster 2 3 4 5; P1-Cluster 6 7 8 9"},
+    {"MacBook Pro M2 Pro", "E-Cluster 0 1 2 3; P0-Cluster 4 5 6 7; P1-Cluster 8 9 10 11"},
+    {"Mac Studio M2 Ultra",
+     "E0-Cluster 0 1 2 3; P0-Cluster 4 5 6 7; P1-Cluster 8 9 10 11; E1-Cluster 12 13 14 15; "
+     "P2-Cluster 16 17 18 19; P3-Cluster 20 21 22 23"},
+    {"Mac mini M4", "E-Cluster 0 1 2 3 4 5; P-Cluster 6 7 8 9"},
+    {"MacBook Pro M4 Max",
+     "E-Cluster 0 1 2 3; P0-Cluster 4 5 6 7 8 9; P1-Cluster 10 11 12 13 14 15"},
+    {"MacBook Pro M5 Pro",
+     "P0-Cluster 0 1 2 3 4 5; P1-Cluster 6 7 8 9 10 11; S-Cluster 12 13 14 15 16 17"},
+};
+INSTANTIATE_TEST_SUITE_P(Builtin, EveryPowermetricsDocument, ::testing::ValuesIn(kChips));
+
+TEST(PowermetricsDocument, EveryMachinesClustersAreWrittenDownAbove) {
+  EXPECT_EQ(builtinMachines().size(), std::size(kChips));
 }
 
 TEST(PowermetricsDocument, AClusterHasTheKeysOfARealOne) {

@@ -123,15 +123,19 @@ const std::vector<Broken> kSmc{
     smc(R"({"keys": null})", "smc.keys: expected an array, got null"),
     smcKey("7", "smc.keys[0]: expected an object, got 7"),
     smcKey(R"({"type": "flt "})",
-           "smc.keys[0].key: expected a text of four characters, got nothing"),
+           "smc.keys[0].key: expected a text of four ASCII characters, got nothing"),
     smcKey(R"({"key": "Te5", "type": "flt "})",
-           R"(smc.keys[0].key: expected a text of four characters, got "Te5")"),
+           R"(smc.keys[0].key: expected a text of four ASCII characters, got "Te5")"),
     smcKey(R"({"key": 5, "type": "flt "})",
-           "smc.keys[0].key: expected a text of four characters, got 5"),
+           "smc.keys[0].key: expected a text of four ASCII characters, got 5"),
+    smcKey(R"({"key": "Te°", "type": "flt "})",
+           R"(smc.keys[0].key: expected a text of four ASCII characters, got "Te°")"),
+    smcKey(R"({"key": "Te05", "type": "fl°"})",
+           R"(smc.keys[0].type: expected a text of four ASCII characters, got "fl°")"),
     smcKey(R"({"key": "Te05"})",
-           "smc.keys[0].type: expected a text of four characters, got nothing"),
+           "smc.keys[0].type: expected a text of four ASCII characters, got nothing"),
     smcKey(R"({"key": "Te05", "type": "flt"})",
-           R"(smc.keys[0].type: expected a text of four characters, got "flt")"),
+           R"(smc.keys[0].type: expected a text of four ASCII characters, got "flt")"),
     smcKey(R"({"key": "Te05", "type": "flt ", "size": "4"})",
            R"(smc.keys[0].size: expected an unsigned 32-bit number, got "4")"),
     smcKey(R"({"key": "Te05", "type": "flt ", "bytes": "0"})",
@@ -214,7 +218,16 @@ const std::vector<Broken> kSteps{
     step(R"({"accelerators": [{"vendor-id": "6B1"}]})",
          "steps[1].accelerators[0].vendor-id: expected bytes in hex, got \"6B1\""),
     step(R"({"accelerators": [{"readFailures": -1}]})",
-         "steps[1].accelerators[0].readFailures: expected an unsigned 32-bit number, got -1"),
+         "steps[1].accelerators[0].readFailures: expected a whole number from 0 to 1000, got -1"),
+    step(R"({"accelerators": [{"readFailures": 1001}]})",
+         "steps[1].accelerators[0].readFailures: expected a whole number from 0 to 1000, got 1001"),
+    step(R"({"accelerators": [{"readFailures": 1.0}]})",
+         "steps[1].accelerators[0].readFailures: expected a whole number from 0 to 1000, got 1.0"),
+    step(R"({"accelerators": [{"readFailures": null}]})",
+         "steps[1].accelerators[0].readFailures: expected a whole number from 0 to 1000, got null"),
+    step(R"({"accelerators": [{"readFailures": "2"}]})",
+         "steps[1].accelerators[0].readFailures: expected a whole number from 0 to 1000, got "
+         "\"2\""),
     step(R"({"accelerators": [{"vendor": 1}]})",
          "steps[1].accelerators[0].vendor: expected one of the keys vendor-id, model, "
          "PerformanceStatistics, readFailures, got an unknown key"),
@@ -271,6 +284,17 @@ TEST(RecordingFolders, AReportThatDoesNotExistIsRefused) {
   EXPECT_EQ(lineOf(readRecording(folder.path())),
             "machine.json: system_profiler.SPDisplaysDataType: expected a readable file, got "
             "\"displays.plist\": No such file or directory");
+}
+
+TEST(RecordingFolders, ADocumentThatIsTooLargeIsRefused) {
+  const RecordingFolder folder;
+  folder.write("0001.plist", "x");
+  std::filesystem::resize_file(folder.pathOf("0001.plist"), 67'108'864);
+  EXPECT_EQ(lineOfFolder(folder, "0001.plist"), "no error");
+  std::filesystem::resize_file(folder.pathOf("0001.plist"), 67'108'865);
+  EXPECT_EQ(lineOfFolder(folder, "0001.plist"),
+            "machine.json: steps[0].powermetrics: expected a readable file, got \"0001.plist\": "
+            "Larger than 67108864 bytes");
 }
 
 TEST(RecordingFolders, ADocumentThatIsThereIsAccepted) {

@@ -211,6 +211,10 @@ TEST(RecordingReader, ReadsAnAccelerator) {
   EXPECT_EQ(accelerator.readFailures, 2u);
 }
 
+TEST(RecordingReader, AnAcceleratorMayFailAThousandTimes) {
+  EXPECT_EQ(readAccelerator(R"({"readFailures": 1000})").readFailures, 1000u);
+}
+
 TEST(RecordingReader, AcceleratorPropertiesMayBeAbsent) {
   EXPECT_EQ(readAccelerator("{}"), RecordedAccelerator{});
   EXPECT_EQ(readAccelerator(R"({"vendor-id": null, "model": null, "PerformanceStatistics": null})"),

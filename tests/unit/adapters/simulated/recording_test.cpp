@@ -7,6 +7,7 @@
 
 #include <filesystem>
 #include <string>
+#include <variant>
 
 #include "recording_folder.h"
 
@@ -44,6 +45,19 @@ class RecordingDocument : public ::testing::Test {
   RecordingDocument() {
     recording_.folder = folder_.path();
     recording_.steps.resize(1);
+    recording_.steps[0].powermetrics = "a.plist";
+  }
+
+  base::Bytes document() const {
+    const auto read = recording_.documentBytes(0);
+    const auto* bytes = std::get_if<base::Bytes>(&read);
+    if (bytes == nullptr) ADD_FAILURE() << "no document";
+    return bytes == nullptr ? base::Bytes{} : *bytes;
+  }
+  std::string whyThereIsNone() const {
+    const auto read = recording_.documentBytes(0);
+    const auto* error = std::get_if<FileError>(&read);
+    return error == nullptr ? "there is one" : error->message;
   }
 
   RecordingFolder folder_;
@@ -53,29 +67,27 @@ class RecordingDocument : public ::testing::Test {
 TEST_F(RecordingDocument, IsTheFilesBytesVerbatim) {
   const std::string bytes("\0<x>\r\n\xff\0", 8);
   folder_.write("a.plist", bytes);
-  recording_.steps[0].powermetrics = "a.plist";
-  EXPECT_EQ(recording_.documentBytes(0), base::Bytes(bytes.begin(), bytes.end()));
+  EXPECT_EQ(document(), base::Bytes(bytes.begin(), bytes.end()));
 }
 
 TEST_F(RecordingDocument, MayBeLong) {
   folder_.write("a.plist", std::string(300'001, 'x'));
-  recording_.steps[0].powermetrics = "a.plist";
-  EXPECT_EQ(recording_.documentBytes(0), base::Bytes(300'001, 'x'));
+  EXPECT_EQ(document(), base::Bytes(300'001, 'x'));
 }
 
-TEST_F(RecordingDocument, IsNothingWhenTheStepNamesNone) {
-  EXPECT_EQ(recording_.documentBytes(0), std::nullopt);
-}
-
-TEST_F(RecordingDocument, IsNothingWhenTheFileIsEmpty) {
+TEST_F(RecordingDocument, HasNoBytesWhenTheFileIsEmpty) {
   folder_.write("a.plist", "");
-  recording_.steps[0].powermetrics = "a.plist";
-  EXPECT_EQ(recording_.documentBytes(0), std::nullopt);
+  EXPECT_EQ(document(), base::Bytes{});
 }
 
-TEST_F(RecordingDocument, IsNothingWhenTheFileHasGoneMeanwhile) {
-  recording_.steps[0].powermetrics = "a.plist";
-  EXPECT_EQ(recording_.documentBytes(0), std::nullopt);
+TEST_F(RecordingDocument, IsAnErrorWhenTheFileHasGoneMeanwhile) {
+  EXPECT_EQ(whyThereIsNone(), "No such file or directory");
+}
+
+TEST_F(RecordingDocument, IsAnErrorWhenTheFileHasGrownTooLarge) {
+  folder_.write("a.plist", "x");
+  std::filesystem::resize_file(folder_.pathOf("a.plist"), 67'108'865);
+  EXPECT_EQ(whyThereIsNone(), "Larger than 67108864 bytes");
 }
 
 class RecordedReport : public RecordingDocument {

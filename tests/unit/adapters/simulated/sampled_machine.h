@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <bit>
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -18,7 +19,7 @@
 
 namespace pallimo::adapters::simulated::tests {
 
-/// What an app reads off a machine in one second.
+/// What an app reads off a machine for one sample.
 struct MachineSample {
   double demand = 0;   ///< what the machine was asked for; no app can see this
   double package = 0;  ///< W, as are the next three
@@ -31,8 +32,6 @@ struct MachineSample {
   std::vector<double> gpuReadings;
   std::vector<double> busy;  ///< share of the last second, of each processor
   double gpuBusy = 0;
-
-  bool operator==(const MachineSample&) const = default;
 };
 
 inline double meanOf(const std::vector<double>& values) {
@@ -53,18 +52,20 @@ inline double numberAt(const base::PropertyList& dictionary, const char* key) {
   return value == nullptr ? 0 : value->numberOr(0);
 }
 
-/// A machine looked at once a second, from second 1 on.
+/// A machine looked at once a second, from second 1 on, with samples of this period: as the app
+/// does, energies count as spread over the period that was asked for, which is a little too short.
 class SampledMachine {
  public:
-  SampledMachine(const MachineDescription& machine, std::uint64_t seed)
-      : machine_(machine), seed_(seed), sensors_(machine, seed) {
+  SampledMachine(const MachineDescription& machine, std::uint64_t seed,
+                 std::chrono::milliseconds period)
+      : machine_(machine), seed_(seed), period_(period), sensors_(machine, seed) {
     before_ = *sensors_.stepAt(0).ticks;
   }
 
   MachineSample next() {
     ++second_;
     MachineSample sample;
-    sample.demand = demandAt(seed_, second_ - 0.5);
+    sample.demand = demandAt(seed_, second_ - std::chrono::duration<double>(period_).count() / 2);
     readDocument(sample);
     readSensors(sample);
     return sample;
@@ -75,11 +76,12 @@ class SampledMachine {
     DocumentRequest request;
     request.seed = seed_;
     request.time = second_;
+    request.period = period_;
     request.samplers = {.cpuPower = true, .gpuPower = true, .anePower = true, .thermal = false};
     const auto document = libplist::LibplistReader().read(powermetricsDocument(machine_, request));
     ASSERT_TRUE(document);
     const auto& processor = *document->find("processor");
-    const double milliseconds = numberAt(*document, "elapsed_ns") / 1e6;
+    const auto milliseconds = static_cast<double>(period_.count());
     sample.package = numberAt(processor, "combined_power") / 1000;
     sample.cpu = numberAt(processor, "cpu_energy") / milliseconds;
     sample.gpu = numberAt(processor, "gpu_energy") / milliseconds;
@@ -139,6 +141,7 @@ class SampledMachine {
 
   const MachineDescription& machine_;
   std::uint64_t seed_;
+  std::chrono::milliseconds period_;
   BuiltinSensors sensors_;
   std::vector<ports::ProcessorTickCounts> before_;
   int second_ = 0;

@@ -248,6 +248,25 @@ TEST_F(RecordedMachine, SaysWhenAFileHasGoneMeanwhile) {
   EXPECT_EQ(run.error, "powermetrics: 1.plist: No such file or directory");
 }
 
+TEST_F(RecordedMachine, SaysWhenAFileHasGrownTooLargeMeanwhile) {
+  const SimulatedMachine machine = loaded(simulation());
+  std::filesystem::resize_file(folder_.pathOf("1.plist"), 67'108'865);
+  const PowermetricsRun run = machine.powermetrics(requestAt(kStart));
+  EXPECT_EQ(run.status, 1);
+  EXPECT_TRUE(run.output.empty());
+  EXPECT_EQ(run.error, "powermetrics: 1.plist: Larger than 67108864 bytes");
+}
+
+TEST_F(RecordedMachine, NamesAFileOfAnyNameOnOneLine) {
+  folder_.write("a\nb.plist", "x");
+  folder_.write("machine.json", R"({"format": 1, "name": "x", "sysctl": {},
+                                    "steps": [{"powermetrics": "a\nb.plist"}]})");
+  const SimulatedMachine machine = loaded(simulation());
+  std::filesystem::remove(folder_.pathOf("a\nb.plist"));
+  EXPECT_EQ(machine.powermetrics(requestAt(kStart)).error,
+            "powermetrics: a\\nb.plist: No such file or directory");
+}
+
 TEST_F(RecordedMachine, GivesTheSameBytesWhateverSamplersWereAskedFor) {
   PowermetricsRequest request = requestAt(kStart);
   request.samplers = {"bandwidth"};
@@ -279,6 +298,24 @@ TEST_F(RecordedMachine, GivesTheReportsThatWereRecorded) {
   SensorsOf sensors(loaded(simulation()));
   EXPECT_EQ(sensors.report("SPDisplaysDataType"), (base::Bytes{'r', 'e', 'p', 'o', 'r', 't'}));
   EXPECT_EQ(sensors.report("SPHardwareDataType"), std::nullopt);
+}
+
+TEST_F(RecordedMachine, GivesADocumentVerbatimWhenTheGpuWasNotAskedFor) {
+  const std::string document = "<plist><dict><key>gpu</key><dict/></dict></plist>\r\n";
+  folder_.write("1.plist", document);
+  PowermetricsRequest request = requestAt(kStart);
+  request.samplers = {"cpu_power", "ane_power"};
+  EXPECT_EQ(loaded(simulation()).powermetrics(request).output,
+            base::Bytes(document.begin(), document.end()));
+}
+
+TEST_F(RecordedMachine, APathOfAnyNameIsOneLine) {
+  Simulation gone = simulation();
+  gone.recording += "/a\nb\x1b";
+  EXPECT_EQ(complaint(gone),
+            folder_.path() +
+                "/a\\nb\\u001b/machine.json: expected a readable file, got: No such file or "
+                "directory");
 }
 
 TEST_F(RecordedMachine, ABrokenRecordingIsRefusedWithItsPath) {

@@ -103,6 +103,13 @@ TEST(JsonText, NeverCutsACharacterInTwo) {
   EXPECT_EQ(quotedText(text), "\"" + std::string(59, 'x') + "...\"");
 }
 
+TEST(JsonText, OneLineIsTheWholeTextWithoutQuotes) {
+  EXPECT_EQ(oneLine("/tmp/some folder"), "/tmp/some folder");
+  EXPECT_EQ(oneLine(std::string(100, 'x')), std::string(100, 'x'));
+  EXPECT_EQ(oneLine("a\nb\xff\""), "a\\nb\uFFFD\\\"");
+  EXPECT_EQ(oneLine(""), "");
+}
+
 TEST(JsonText, ReplacesBytesThatAreNotUtf8) { EXPECT_EQ(quotedText("\xff"), "\"\uFFFD\""); }
 
 TEST(JsonText, NamesSmallNumbersInWords) {
