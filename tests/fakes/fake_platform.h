@@ -53,10 +53,10 @@ struct FakePlatform {
   void setCpuType(std::int32_t type) { systemControls.setInteger("hw.cputype", type); }
 
   app::Platform platform() {
-    return {mainQueue,       notifications,   defaults,     propertyLists,  systemControls,
-            smcDevice,       hidSensors,      accelerators, processorTicks, programLauncher,
-            helperConnector, helperInstaller, bundle,       clock,          console,
-            systemLog};
+    return {mainQueue,      notifications,   defaults,        propertyLists,
+            systemControls, smcDevice,       hidSensors,      accelerators,
+            processorTicks, programLauncher, helperConnector, helperInstaller,
+            bundle,         clock,           console,         systemLog};
   }
 };
 
