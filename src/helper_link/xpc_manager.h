@@ -63,6 +63,13 @@ class XPCManager final : public SamplingGate, public std::enable_shared_from_thi
   /// Stops the program when no authorisation can be had at all.
   void installHelper();
 
+  /// Stops sampling and, a second later, tells the helper over a fresh connection to remove itself.
+  /// The panels stay, without new samples, until the connection is interrupted. Any thread.
+  void uninstallHelper();
+  /// uninstallHelper(), and installHelper() two seconds from now. Only these delays, no replies,
+  /// put the steps in order: the installation may begin before the removal has ended. Any thread.
+  void updateHelper();
+
  private:
   explicit XPCManager(const Services& services);
 
