@@ -25,6 +25,8 @@
 #include "adapters/linux/posix_process.h"
 #include "adapters/linux/state_folder.h"
 #include "adapters/linux/syslog_log.h"
+#include "adapters/simulated/faulty_helper_listener.h"
+#include "adapters/simulated/simulation_file.h"
 #include "helper_link/protocol/xpc_protocol.h"
 
 namespace pallimo::helper {
@@ -81,7 +83,8 @@ class LinuxHelperPlatform final : public HelperPlatform {
         endingSignals_(std::move(endingSignals)),
         log_(std::string(helper_link::protocol::kMachServiceName)),
         children_(loop_),
-        files_(folder_, log_) {
+        files_(folder_, log_),
+        faults_(adapters::simulated::plannedFaults(folder_.simulationFile())) {
     endingWatch_ = loop_.watch(endingSignals_.get(), POLLIN, [this](short) {
       endingWatch_.reset();
       loop_.stop();
@@ -93,7 +96,10 @@ class LinuxHelperPlatform final : public HelperPlatform {
   ports::HelperFiles& helperFiles() override { return files_; }
   ports::SystemLog& systemLog() override { return log_; }
   std::unique_ptr<ports::HelperListener> makeListener() override {
-    return std::make_unique<adapters::linux::DBusHelperListener>(loop_, folder_);
+    constexpr int kDied = 1;
+    return std::make_unique<adapters::simulated::FaultyHelperListener>(
+        std::make_unique<adapters::linux::DBusHelperListener>(loop_, folder_), faults_,
+        [] { _exit(kDied); });
   }
 
   PowermetricsTool powermetrics() override {
@@ -101,13 +107,15 @@ class LinuxHelperPlatform final : public HelperPlatform {
     tool.path = facts_.powermetricsPath;
     // What the stand-in for the system's tool needs to know.
     tool.environment = [simulation = folder_.simulationFile()](std::uint64_t request) {
-      return std::vector<std::string>{"PALLIMO_SIMULATION=" + simulation,
-                                      "PALLIMO_REQUEST=" + std::to_string(request)};
+      using adapters::simulated::kRequestVariable, adapters::simulated::kSimulationVariable;
+      return std::vector<std::string>{
+          std::string(kSimulationVariable) + "=" + simulation,
+          std::string(kRequestVariable) + "=" + std::to_string(request)};
     };
     return tool;
   }
 
-  std::string version() override { return facts_.version; }
+  std::string version() override { return faults_.helperVersion.value_or(facts_.version); }
   void didStart() override { ready_.reset(); }
   void run() override { loop_.run(); }
   void stop() override { loop_.stop(); }
@@ -121,6 +129,7 @@ class LinuxHelperPlatform final : public HelperPlatform {
   adapters::linux::SyslogLog log_;
   adapters::linux::PosixChildProcesses children_;
   adapters::linux::InstalledHelperFiles files_;
+  const adapters::simulated::Faults faults_;
   std::unique_ptr<adapters::linux::PollLoop::Watch> endingWatch_;
 };
 

@@ -9,8 +9,8 @@
 
 namespace pallimo::scenarios {
 
-/// The figures of one document of powermetrics, in its own units. Processor 0 is an efficiency core,
-/// processor 1 a performance core.
+/// The figures of one document of powermetrics, in its own units. Processor 0 is an efficiency
+/// core, processor 1 a performance core.
 struct SampleDocument {
   int combinedPower = 12000;  ///< mW
   int cpuEnergy = 4000;       ///< mJ over the period, as the four below
@@ -34,8 +34,8 @@ inline std::string xmlOf(const SampleDocument& sample) {
   return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist version=\"1.0\">\n<dict>\n"
          "<key>processor</key>\n<dict>\n<key>clusters</key>\n<array>\n" +
          cluster("E-Cluster", sample.efficiencyHz, "0") +
-         cluster("P-Cluster", sample.performanceHz, "1") +
-         "</array>\n" + entry("combined_power", "real", std::to_string(sample.combinedPower)) +
+         cluster("P-Cluster", sample.performanceHz, "1") + "</array>\n" +
+         entry("combined_power", "real", std::to_string(sample.combinedPower)) +
          entry("cpu_energy", "integer", std::to_string(sample.cpuEnergy)) +
          entry("dram_energy", "integer", std::to_string(sample.dramEnergy)) +
          entry("ane_energy", "integer", std::to_string(sample.aneEnergy)) +

@@ -50,9 +50,10 @@ TEST_F(Sampling, ASampleBecomesARow) {
 TEST_F(Sampling, WithoutSensorsTicksAndGpuTheRowSaysSo) {
   startWithUsableHelper();
   helperSends();
-  EXPECT_EQ(output_.takeLines()[1],
-            "13:02:33.123, 0.000, 12.000, 8.000, 1.000, 0.100, 3.000, 1500, 3000, 444, -1, nan, -1, "
-            "nan, nan, nan, nan, 0.000");
+  EXPECT_EQ(
+      output_.takeLines()[1],
+      "13:02:33.123, 0.000, 12.000, 8.000, 1.000, 0.100, 3.000, 1500, 3000, 444, -1, nan, -1, "
+      "nan, nan, nan, nan, 0.000");
 }
 
 TEST_F(Sampling, UtilisationCountsFromOneSampleToTheNext) {

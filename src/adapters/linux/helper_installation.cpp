@@ -13,6 +13,7 @@
 #include <cstring>
 #include <utility>
 
+#include "adapters/linux/listening_helper.h"
 #include "helper_link/protocol/xpc_protocol.h"
 
 namespace pallimo::adapters::linux {
@@ -23,8 +24,6 @@ constexpr mode_t kFolderMode = 0700;
 constexpr mode_t kHelperMode = 0755;
 
 using Complaint = std::optional<std::string>;
-
-class Token final : public ports::AuthorizationToken {};
 
 /// Owns a file descriptor.
 class Descriptor {
@@ -165,11 +164,15 @@ Complaint HelperInstallation::install() const {
   if (const Complaint complaint = closeFolder(folder.get(), folderPath)) return complaint;
   if (isInstalled(built.get(), folder.get(), name)) return std::nullopt;
   if (!replace(built.get(), folder.get(), name)) return because("can't install the helper", target);
+  if (!endListeningHelper(folder_.helperLock())) {
+    return "can't end the helper that runs for \"" + folder_.path() + "\"";
+  }
+  // A helper that had been told to uninstall itself may have removed the new file as its last act.
+  const bool isThere = ::faccessat(folder.get(), name.c_str(), F_OK, AT_SYMLINK_NOFOLLOW) == 0;
+  if (!isThere && !replace(built.get(), folder.get(), name)) {
+    return because("can't install the helper", target);
+  }
   return std::nullopt;
-}
-
-ports::AuthorizationAttempt HelperInstallation::createAuthorization() {
-  return {0, std::make_shared<Token>()};
 }
 
 bool HelperInstallation::bless(std::string_view label, const ports::AuthorizationToken&) {

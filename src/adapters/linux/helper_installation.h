@@ -13,7 +13,7 @@
 namespace pallimo::adapters::linux {
 
 /// Puts the helper that the build made into the state folder, where the app's launcher finds it.
-/// Nobody has to be asked: the folder is the user's own and so is the helper.
+/// Main thread.
 class HelperInstallation final : public ports::HelperInstaller {
  public:
   /// `builtHelper` is the absolute path of the helper that was built.
@@ -21,11 +21,11 @@ class HelperInstallation final : public ports::HelperInstaller {
 
   /// Installs the helper unless exactly this one is installed. The installed file is replaced
   /// whole: whoever starts the helper meanwhile meets the old one or the new one. Never writes
-  /// through a symbolic link; the helper's folder is closed to other users. Returns what went
-  /// wrong, in one line fit for a user, or nothing.
+  /// through a symbolic link; the helper's folder is closed to other users. A helper that listens
+  /// while its file is replaced is ended, also one that hangs; its clients are interrupted. Returns
+  /// what went wrong, in one line fit for a user, or nothing.
   std::optional<std::string> install() const;
 
-  ports::AuthorizationAttempt createAuthorization() override;
   /// install(); what went wrong stands in the system log.
   bool bless(std::string_view label, const ports::AuthorizationToken& token) override;
 

@@ -22,6 +22,15 @@ bool isStillAt(const std::string& path, int descriptor) {
          locked.st_dev == named.st_dev && locked.st_ino == named.st_ino;
 }
 
+/// Sets or takes away a lock of the other kind beside ours, of which the kernel can say who holds
+/// it. It keeps nobody out: only endListeningHelper() asks for it.
+void showHolder(int descriptor, short type) {
+  struct flock whole = {};
+  whole.l_type = type;
+  whole.l_whence = SEEK_SET;
+  fcntl(descriptor, F_SETLK, &whole);
+}
+
 }  // namespace
 
 std::optional<HelperLock> HelperLock::take(const std::string& path) {
@@ -31,13 +40,17 @@ std::optional<HelperLock> HelperLock::take(const std::string& path) {
     HelperLock lock(open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, kOwnerOnly));
     if (lock.descriptor_ < 0 || flock(lock.descriptor_, LOCK_EX | LOCK_NB) != 0)
       return std::nullopt;
-    if (isStillAt(path, lock.descriptor_)) return lock;
+    if (isStillAt(path, lock.descriptor_)) {
+      showHolder(lock.descriptor_, F_WRLCK);
+      return lock;
+    }
   }
   return std::nullopt;
 }
 
 HelperLock::~HelperLock() {
   if (descriptor_ < 0) return;
+  showHolder(descriptor_, F_UNLCK);
   // Closing alone would leave the lock with a child that has not reached its exec.
   flock(descriptor_, LOCK_UN);
   close(descriptor_);

@@ -10,6 +10,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <limits>
 #include <nlohmann/json.hpp>
 
 #include "adapters/simulated/file_bytes.h"
@@ -39,8 +40,55 @@ double readWithin(const JsonNode& node, double lowest, double highest, const cha
   return number;
 }
 
+bool isPlanned(const JsonNode& node, const std::string& key) {
+  const auto found = node.find(key);
+  return found && found->boolean();
+}
+
+std::int32_t readStatus(const JsonNode& node) {
+  constexpr const char* kExpected = "a signed 32-bit number";
+  if (!node.value().is_number_integer()) node.fail(kExpected);
+  constexpr double kLowest = std::numeric_limits<std::int32_t>::min();
+  constexpr double kHighest = std::numeric_limits<std::int32_t>::max();
+  return static_cast<std::int32_t>(readWithin(node, kLowest, kHighest, kExpected));
+}
+
+std::uint32_t readRequestNumber(const JsonNode& node) {
+  const std::uint32_t number = node.unsigned32();
+  if (number == 0) node.fail("a number from 1");
+  return number;
+}
+
+Faults readFaults(const JsonNode& node) {
+  node.expectKeys({"authorizationStatus", "blessRefused", "helperSilent", "helperAnswersNo",
+                   "helperVersion", "helperDiesOnRequest"});
+  Faults faults;
+  if (const auto status = node.find("authorizationStatus")) {
+    faults.authorizationStatus = readStatus(*status);
+  }
+  faults.blessRefused = isPlanned(node, "blessRefused");
+  faults.helperSilent = isPlanned(node, "helperSilent");
+  faults.helperAnswersNo = isPlanned(node, "helperAnswersNo");
+  if (const auto version = node.find("helperVersion")) faults.helperVersion = version->text();
+  if (const auto request = node.find("helperDiesOnRequest")) {
+    faults.helperDiesOnRequest = readRequestNumber(*request);
+  }
+  return faults;
+}
+
+nlohmann::ordered_json formatFaults(const Faults& faults) {
+  nlohmann::ordered_json node;
+  if (faults.authorizationStatus) node["authorizationStatus"] = *faults.authorizationStatus;
+  if (faults.blessRefused) node["blessRefused"] = true;
+  if (faults.helperSilent) node["helperSilent"] = true;
+  if (faults.helperAnswersNo) node["helperAnswersNo"] = true;
+  if (faults.helperVersion) node["helperVersion"] = *faults.helperVersion;
+  if (faults.helperDiesOnRequest) node["helperDiesOnRequest"] = *faults.helperDiesOnRequest;
+  return node;
+}
+
 Simulation readSimulationNode(const JsonNode& root) {
-  root.expectKeys({"format", "machine", "recording", "seed", "speed", "startTime"});
+  root.expectKeys({"format", "machine", "recording", "seed", "speed", "startTime", "faults"});
   root.expectFormatOne();
   Simulation simulation;
   simulation.machine = textOr(root, "machine", "");
@@ -60,6 +108,7 @@ Simulation readSimulationNode(const JsonNode& root) {
   if (const auto start = root.find("startTime")) {
     simulation.startTime = readWithin(*start, 0, kLatestStart, "seconds since 1970");
   }
+  if (const auto faults = root.find("faults")) simulation.faults = readFaults(*faults);
   return simulation;
 }
 
@@ -110,6 +159,7 @@ std::string formatSimulation(const Simulation& simulation) {
   file["seed"] = simulation.seed;
   file["speed"] = simulation.speed;
   file["startTime"] = simulation.startTime;
+  if (simulation.faults != Faults()) file["faults"] = formatFaults(simulation.faults);
   // A path need not be UTF-8; what can't be written as JSON becomes U+FFFD instead of an exception.
   return file.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
 }
@@ -134,6 +184,12 @@ std::variant<Simulation, SimulationError> readSimulation(const std::string& path
     error->message = path + ": " + error->message;
   }
   return parsed;
+}
+
+Faults plannedFaults(const std::string& path) {
+  const auto read = readSimulation(path);
+  const auto* simulation = std::get_if<Simulation>(&read);
+  return simulation == nullptr ? Faults() : simulation->faults;
 }
 
 std::string writeSimulation(const std::string& path, const Simulation& simulation) {

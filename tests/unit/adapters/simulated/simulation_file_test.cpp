@@ -21,6 +21,12 @@ const Simulation kBuiltin{.machine = "MacBook Pro M2 Pro",
                           .speed = 2.5,
                           .startTime = 1790000000.125};
 
+Simulation builtinWith(const Faults& faults) {
+  Simulation simulation = kBuiltin;
+  simulation.faults = faults;
+  return simulation;
+}
+
 std::string complaint(const std::variant<Simulation, SimulationError>& result) {
   const auto* error = std::get_if<SimulationError>(&result);
   return error == nullptr ? "no error" : error->message;
@@ -35,6 +41,54 @@ TEST(SimulationFile, IsReadableText) {
             "  \"speed\": 2.5,\n"
             "  \"startTime\": 1790000000.125\n"
             "}\n");
+}
+
+TEST(SimulationFile, OnlyPlannedFaultsAreWritten) {
+  EXPECT_EQ(formatSimulation(builtinWith({.authorizationStatus = -60005, .helperSilent = true})),
+            "{\n"
+            "  \"format\": 1,\n"
+            "  \"machine\": \"MacBook Pro M2 Pro\",\n"
+            "  \"seed\": 18446744073709551615,\n"
+            "  \"speed\": 2.5,\n"
+            "  \"startTime\": 1790000000.125,\n"
+            "  \"faults\": {\n"
+            "    \"authorizationStatus\": -60005,\n"
+            "    \"helperSilent\": true\n"
+            "  }\n"
+            "}\n");
+}
+
+TEST(SimulationFile, ReadsEveryFault) {
+  const auto parsed = parseSimulation(R"({"format": 1, "machine": "x", "faults": {
+      "authorizationStatus": -2147483648, "blessRefused": true, "helperSilent": true,
+      "helperAnswersNo": true, "helperVersion": " 0.1.0", "helperDiesOnRequest": 4294967295}})");
+  ASSERT_EQ(complaint(parsed), "no error");
+  EXPECT_EQ(std::get<Simulation>(parsed).faults, (Faults{.authorizationStatus = -2147483647 - 1,
+                                                         .blessRefused = true,
+                                                         .helperSilent = true,
+                                                         .helperAnswersNo = true,
+                                                         .helperVersion = " 0.1.0",
+                                                         .helperDiesOnRequest = 4294967295U}));
+}
+
+TEST(SimulationFile, AFaultThatIsFalseIsNone) {
+  const auto parsed = parseSimulation(R"({"format": 1, "machine": "x", "faults": {
+      "blessRefused": false, "helperSilent": false, "helperAnswersNo": false}})");
+  ASSERT_EQ(complaint(parsed), "no error");
+  EXPECT_EQ(std::get<Simulation>(parsed).faults, Faults());
+}
+
+TEST(SimulationFile, EveryFaultReadsBack) {
+  for (const Faults& faults :
+       {Faults{.authorizationStatus = 0}, Faults{.authorizationStatus = 2147483647},
+        Faults{.blessRefused = true}, Faults{.helperSilent = true}, Faults{.helperAnswersNo = true},
+        Faults{.helperVersion = ""}, Faults{.helperVersion = "\u00fc\n\""},
+        Faults{.helperDiesOnRequest = 1}}) {
+    const Simulation simulation = builtinWith(faults);
+    const auto parsed = parseSimulation(formatSimulation(simulation));
+    ASSERT_EQ(complaint(parsed), "no error");
+    EXPECT_EQ(std::get<Simulation>(parsed), simulation);
+  }
 }
 
 TEST(SimulationFile, ReadsBackWhatItWrote) {
@@ -94,9 +148,32 @@ INSTANTIATE_TEST_SUITE_P(
                "startTime: expected seconds since 1970, got -1"},
         Broken{R"({"format": 1, "machine": "x", "startTime": 1e12})",
                "startTime: expected seconds since 1970, got 1000000000000.0"},
-        Broken{R"({"format": 1, "machine": "x", "faults": {}})",
-               "faults: expected one of the keys format, machine, recording, seed, speed, "
-               "startTime, got an unknown key"},
+        Broken{R"({"format": 1, "machine": "x", "fault": {}})",
+               "fault: expected one of the keys format, machine, recording, seed, speed, "
+               "startTime, faults, got an unknown key"},
+        Broken{R"({"format": 1, "machine": "x", "faults": true})",
+               "faults: expected an object, got true"},
+        Broken{R"({"format": 1, "machine": "x", "faults": {"helperDies": 1}})",
+               "faults.helperDies: expected one of the keys authorizationStatus, blessRefused, "
+               "helperSilent, helperAnswersNo, helperVersion, helperDiesOnRequest, got an unknown "
+               "key"},
+        Broken{R"({"format": 1, "machine": "x", "faults": {"authorizationStatus": 1.5}})",
+               "faults.authorizationStatus: expected a signed 32-bit number, got 1.5"},
+        Broken{R"({"format": 1, "machine": "x", "faults": {"authorizationStatus": 2147483648}})",
+               "faults.authorizationStatus: expected a signed 32-bit number, got 2147483648"},
+        Broken{R"({"format": 1, "machine": "x", "faults": {"authorizationStatus": -2147483649}})",
+               "faults.authorizationStatus: expected a signed 32-bit number, got -2147483649"},
+        Broken{R"({"format": 1, "machine": "x", "faults": {"blessRefused": 1}})",
+               "faults.blessRefused: expected true or false, got 1"},
+        Broken{R"({"format": 1, "machine": "x", "faults": {"helperVersion": null}})",
+               "faults.helperVersion: expected a text, got null"},
+        Broken{R"({"format": 1, "machine": "x", "faults": {"helperDiesOnRequest": 0}})",
+               "faults.helperDiesOnRequest: expected a number from 1, got 0"},
+        Broken{R"({"format": 1, "machine": "x", "faults": {"helperDiesOnRequest": -1}})",
+               "faults.helperDiesOnRequest: expected an unsigned 32-bit number, got -1"},
+        Broken{R"({"format": 1, "machine": "x", "faults": {"blessRefused": true,
+                  "blessRefused": true}})",
+               "faults.blessRefused: expected each key once, got it twice"},
         Broken{R"({"format": 1, "machine": "x", "machine": "y"})",
                "machine: expected each key once, got it twice"}));
 
@@ -159,6 +236,21 @@ TEST_F(WrittenSimulation, SaysWhyItCannotBeRead) {
 TEST_F(WrittenSimulation, SaysInWhichFileTheTextIsBroken) {
   folder_.write("simulation.json", "{}");
   EXPECT_EQ(complaint(readSimulation(path())), path() + ": format: expected 1, got nothing");
+}
+
+TEST_F(WrittenSimulation, ItsFaultsAreKnownToWhoeverComesNext) {
+  const Faults faults{.helperVersion = "0.0.9", .helperDiesOnRequest = 4};
+  EXPECT_EQ(writeSimulation(path(), builtinWith(faults)), "");
+  EXPECT_EQ(plannedFaults(path()), faults);
+}
+
+TEST_F(WrittenSimulation, AFileThatIsNotThereHasNoFaults) {
+  EXPECT_EQ(plannedFaults(path()), Faults());
+}
+
+TEST_F(WrittenSimulation, ABrokenFileHasNoFaults) {
+  folder_.write("simulation.json", R"({"format": 1, "faults": {"blessRefused": true}})");
+  EXPECT_EQ(plannedFaults(path()), Faults());
 }
 
 TEST_F(WrittenSimulation, AFileThatCannotBeOneIsNotReadToItsEnd) {
