@@ -35,6 +35,7 @@ namespace {
 
 using adapters::linux::Descriptor;
 using adapters::linux::StateFolder;
+using adapters::linux::SyslogLog;
 
 /// The path that this program was started from.
 std::optional<std::string> ownPath() {
@@ -115,7 +116,7 @@ class LinuxHelperPlatform final : public HelperPlatform {
     return tool;
   }
 
-  std::string version() override { return faults_.helperVersion.value_or(facts_.version); }
+  std::string version() override { return facts_.version; }
   void didStart() override { ready_.reset(); }
   void run() override { loop_.run(); }
   void stop() override { loop_.stop(); }
@@ -126,7 +127,7 @@ class LinuxHelperPlatform final : public HelperPlatform {
   Descriptor ready_;
   const Descriptor endingSignals_;
   adapters::linux::PollLoop loop_;
-  adapters::linux::SyslogLog log_;
+  SyslogLog log_;
   adapters::linux::PosixChildProcesses children_;
   adapters::linux::InstalledHelperFiles files_;
   const adapters::simulated::Faults faults_;
@@ -143,14 +144,13 @@ std::unique_ptr<HelperPlatform> makeHelperPlatform(const BuildFacts& facts) {
   Descriptor endingSignals = takeEndingSignals();
   const auto path = ownPath();
   if (!endingSignals || !path) return nullptr;
-  const auto folder = StateFolder::ofInstalledHelper(*path);
-  auto platform = std::make_unique<LinuxHelperPlatform>(facts, folder, std::move(ready),
-                                                        std::move(endingSignals));
+  // Before anything is read from the folder.
   if (const auto error = adapters::linux::checkInstalledHelper(*path)) {
-    platform->systemLog().write(*error);
+    SyslogLog(std::string(helper_link::protocol::kMachServiceName)).write(*error);
     return nullptr;
   }
-  return platform;
+  return std::make_unique<LinuxHelperPlatform>(facts, StateFolder::ofInstalledHelper(*path),
+                                               std::move(ready), std::move(endingSignals));
 }
 
 }  // namespace pallimo::helper

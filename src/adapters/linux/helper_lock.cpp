@@ -22,13 +22,13 @@ bool isStillAt(const std::string& path, int descriptor) {
          locked.st_dev == named.st_dev && locked.st_ino == named.st_ino;
 }
 
-/// Sets or takes away a lock of the other kind beside ours, of which the kernel can say who holds
-/// it. It keeps nobody out: only endListeningHelper() asks for it.
-void showHolder(int descriptor, short type) {
+/// Sets or takes away a lock of the other kind beside ours: the kernel can say who holds that one,
+/// which endListeningHelper() asks for.
+bool showHolder(int descriptor, short type) {
   struct flock whole = {};
   whole.l_type = type;
   whole.l_whence = SEEK_SET;
-  fcntl(descriptor, F_SETLK, &whole);
+  return fcntl(descriptor, F_SETLK, &whole) == 0;
 }
 
 }  // namespace
@@ -38,12 +38,12 @@ std::optional<HelperLock> HelperLock::take(const std::string& path) {
   constexpr int kTries = 3;
   for (int round = 0; round < kTries; ++round) {
     HelperLock lock(open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, kOwnerOnly));
-    if (lock.descriptor_ < 0 || flock(lock.descriptor_, LOCK_EX | LOCK_NB) != 0)
+    if (lock.descriptor_ < 0) return std::nullopt;
+    // In this order nobody ever has the lock and can't be named.
+    if (!showHolder(lock.descriptor_, F_WRLCK) || flock(lock.descriptor_, LOCK_EX | LOCK_NB) != 0) {
       return std::nullopt;
-    if (isStillAt(path, lock.descriptor_)) {
-      showHolder(lock.descriptor_, F_WRLCK);
-      return lock;
     }
+    if (isStillAt(path, lock.descriptor_)) return lock;
   }
   return std::nullopt;
 }

@@ -3,15 +3,17 @@
 
 #include "adapters/simulated/simulation_file.h"
 
+#include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <limits>
 #include <nlohmann/json.hpp>
+#include <optional>
 
 #include "adapters/simulated/file_bytes.h"
 #include "adapters/simulated/json_node.h"
@@ -112,11 +114,37 @@ Simulation readSimulationNode(const JsonNode& root) {
   return simulation;
 }
 
-/// A new file beside the one it will replace; gone again unless it was renamed.
+/// Keeps others who write in the folder of `path` waiting; they hold it for one small file.
+class FolderLock {
+ public:
+  explicit FolderLock(const std::string& path)
+      : descriptor_(open(folderOf(path).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {
+    while (descriptor_ >= 0 && flock(descriptor_, LOCK_EX) != 0 && errno == EINTR) {
+    }
+  }
+  ~FolderLock() {
+    if (descriptor_ < 0) return;
+    // Closing alone would leave the lock with a child that has not reached its exec.
+    flock(descriptor_, LOCK_UN);
+    close(descriptor_);
+  }
+  FolderLock(const FolderLock&) = delete;
+  FolderLock& operator=(const FolderLock&) = delete;
+
+ private:
+  static std::string folderOf(const std::string& path) {
+    return path.substr(0, path.find_last_of('/') + 1) + ".";
+  }
+
+  const int descriptor_;
+};
+
+/// A new file beside the one it will replace; gone again unless it was renamed. Its name is always
+/// the same, so that what a killed writer leaves is removed by the next one.
 class TemporaryFile {
  public:
   explicit TemporaryFile(const std::string& target)
-      : path_(target + ".XXXXXX"), descriptor_(mkstemp(path_.data())) {}
+      : lock_(target), path_(target + ".new"), descriptor_(make(path_)) {}
   ~TemporaryFile() {
     if (descriptor_ < 0) return;
     close(descriptor_);
@@ -134,6 +162,12 @@ class TemporaryFile {
   }
 
  private:
+  static int make(const std::string& path) {
+    unlink(path.c_str());
+    return open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
+                S_IRUSR | S_IWUSR);
+  }
+
   bool write(const std::string& text) const {
     std::size_t written = 0;
     while (written < text.size()) {
@@ -144,10 +178,34 @@ class TemporaryFile {
     return true;
   }
 
-  std::string path_;
-  int descriptor_;
+  const FolderLock lock_;
+  const std::string path_;
+  const int descriptor_;
   bool isRenamed_ = false;
 };
+
+/// The file's text, or what keeps it from being read.
+std::variant<std::string, SimulationError> readText(const std::string& path) {
+  const auto bytes = readFileBytes(path, kLargestFile);
+  if (const auto* error = std::get_if<FileError>(&bytes)) {
+    return SimulationError{path + ": expected a readable file, got: " + error->message};
+  }
+  const auto& read = std::get<base::Bytes>(bytes);
+  return std::string(read.begin(), read.end());
+}
+
+/// What keeps the faults of a text from being read; nothing when they are fine or none are meant.
+std::optional<SimulationError> complaintAboutFaults(const std::string& text) {
+  if (text.find("\"faults\"") == std::string::npos) return std::nullopt;
+  try {
+    const nlohmann::json document = parseStrictJson(text);
+    if (!document.is_object()) return std::nullopt;
+    if (const auto faults = JsonNode(document).find("faults")) readFaults(*faults);
+  } catch (const JsonMismatch& mismatch) {
+    return SimulationError{mismatch.what()};
+  }
+  return std::nullopt;
+}
 
 }  // namespace
 
@@ -174,12 +232,9 @@ std::variant<Simulation, SimulationError> parseSimulation(const std::string& tex
 }
 
 std::variant<Simulation, SimulationError> readSimulation(const std::string& path) {
-  const auto bytes = readFileBytes(path, kLargestFile);
-  if (const auto* error = std::get_if<FileError>(&bytes)) {
-    return SimulationError{path + ": expected a readable file, got: " + error->message};
-  }
-  const auto& read = std::get<base::Bytes>(bytes);
-  auto parsed = parseSimulation(std::string(read.begin(), read.end()));
+  const auto text = readText(path);
+  if (const auto* error = std::get_if<SimulationError>(&text)) return *error;
+  auto parsed = parseSimulation(std::get<std::string>(text));
   if (auto* error = std::get_if<SimulationError>(&parsed)) {
     error->message = path + ": " + error->message;
   }
@@ -190,6 +245,16 @@ Faults plannedFaults(const std::string& path) {
   const auto read = readSimulation(path);
   const auto* simulation = std::get_if<Simulation>(&read);
   return simulation == nullptr ? Faults() : simulation->faults;
+}
+
+std::variant<Faults, SimulationError> keptFaults(const std::string& path) {
+  const auto text = readText(path);
+  if (const auto* written = std::get_if<std::string>(&text)) {
+    if (const auto complaint = complaintAboutFaults(*written)) {
+      return SimulationError{path + ": " + complaint->message};
+    }
+  }
+  return plannedFaults(path);
 }
 
 std::string writeSimulation(const std::string& path, const Simulation& simulation) {

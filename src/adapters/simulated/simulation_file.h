@@ -38,8 +38,11 @@ std::variant<Simulation, SimulationError> parseSimulation(const std::string& tex
 std::variant<Simulation, SimulationError> readSimulation(const std::string& path);
 /// The faults that stand in the file; none when it is absent or broken.
 Faults plannedFaults(const std::string& path);
-/// Replaces the file atomically (a reader sees the old text or the new one), mode 0600. Returns an
-/// empty text, or what went wrong.
+/// The same for who is about to rewrite the file: faults that somebody has written down and that
+/// can't be read are an error, so that a slip of the pen is not taken for a plan without faults.
+std::variant<Faults, SimulationError> keptFaults(const std::string& path);
+/// Replaces the file atomically (a reader sees the old text or the new one), mode 0600. Two writers
+/// at once take turns. Returns an empty text, or what went wrong.
 std::string writeSimulation(const std::string& path, const Simulation& simulation);
 
 /// Names of the environment entries that the helper hands to the stand-in: the path of the file

@@ -93,7 +93,11 @@ class Start {
   Problem prepareFolder() {
     const StateFolder folder(folderPath_);
     if (auto problem = prepareStateFolder(folder)) return StartError{*std::move(problem)};
-    simulation_.faults = simulated::plannedFaults(folder.simulationFile());
+    auto faults = simulated::keptFaults(folder.simulationFile());
+    if (auto* error = std::get_if<simulated::SimulationError>(&faults)) {
+      return StartError{std::move(error->message)};
+    }
+    simulation_.faults = std::get<simulated::Faults>(std::move(faults));
     std::string problem = simulated::writeSimulation(folder.simulationFile(), simulation_);
     if (!problem.empty()) return StartError{std::move(problem)};
     // A path that is no UTF-8 can't be written down, and the stand-in would look elsewhere.
