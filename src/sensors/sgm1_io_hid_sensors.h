@@ -18,9 +18,9 @@ class SGM1IOHIDSensors {
   explicit SGM1IOHIDSensors(ports::HidSensors& hid) : hid_(hid) {}
 
   /// Every service of that page and usage, by the four characters of its "LocationID"; one without
-  /// such an identifier (or one not above 0) is left out, of two with the same the later one counts.
-  /// A service without an event of the type reads -1. No services: empty. When the system makes no
-  /// client, the program stops.
+  /// such an identifier (or one not above 0) is left out, of two with the same the later one
+  /// counts. A service without an event of the type reads -1. No services: empty. When the system
+  /// makes no client, the program stops.
   TemperatureReadings readHIDTemperatures(std::int32_t page, std::int32_t usage,
                                           std::int32_t type) const;
   /// The CPU's sensors, °C, -1 for one without an event.

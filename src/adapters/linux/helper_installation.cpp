@@ -46,7 +46,8 @@ class Descriptor {
 /// One installation at a time: as long as it is held, what lies under the temporary name is ours.
 class FolderLock {
  public:
-  explicit FolderLock(int folder) : folder_(folder), isHeld_(::flock(folder, LOCK_EX | LOCK_NB) == 0) {}
+  explicit FolderLock(int folder)
+      : folder_(folder), isHeld_(::flock(folder, LOCK_EX | LOCK_NB) == 0) {}
   ~FolderLock() {
     // Closing the folder alone would leave the lock with a child that has not reached its exec.
     if (isHeld_) ::flock(folder_, LOCK_UN);

@@ -35,10 +35,8 @@ class FaultyHelper final : public XPCProtocol {
   void unInstallHelper() override { inner_->unInstallHelper(); }
   void getVersion(std::function<void(std::string)> completion) override {
     if (!life_->faults.helperVersion) return inner_->getVersion(std::move(completion));
-    inner_->getVersion([completion = std::move(completion),
-                        claimed = *life_->faults.helperVersion](const std::string&) {
-      completion(claimed);
-    });
+    inner_->getVersion([completion = std::move(completion), claimed = *life_->faults.helperVersion](
+                           const std::string&) { completion(claimed); });
   }
   void requestPowermetrics(double msSampling, bool includeGPU) override {
     if (life_->isFatalRequest()) return life_->die();

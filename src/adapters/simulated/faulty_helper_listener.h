@@ -12,7 +12,8 @@
 namespace pallimo::adapters::simulated {
 
 /// Another's listener whose clients meet a helper with the planned faults: one that never answers,
-/// answers NO, claims another version, or dies. Everything else passes through as it is. The helper's one thread.
+/// answers NO, claims another version, or dies. Everything else passes through as it is. The
+/// helper's one thread.
 class FaultyHelperListener final : public ports::HelperListener {
  public:
   /// `die` is called in the place of the fatal request, which nobody gets any more; it is meant not

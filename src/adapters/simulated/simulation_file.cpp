@@ -194,6 +194,11 @@ std::variant<std::string, SimulationError> readText(const std::string& path) {
   return std::string(read.begin(), read.end());
 }
 
+Faults faultsOf(const std::variant<Simulation, SimulationError>& read) {
+  const auto* simulation = std::get_if<Simulation>(&read);
+  return simulation == nullptr ? Faults() : simulation->faults;
+}
+
 /// What keeps the faults of a text from being read; nothing when they are fine or none are meant.
 std::optional<SimulationError> complaintAboutFaults(const std::string& text) {
   if (text.find("\"faults\"") == std::string::npos) return std::nullopt;
@@ -241,20 +246,16 @@ std::variant<Simulation, SimulationError> readSimulation(const std::string& path
   return parsed;
 }
 
-Faults plannedFaults(const std::string& path) {
-  const auto read = readSimulation(path);
-  const auto* simulation = std::get_if<Simulation>(&read);
-  return simulation == nullptr ? Faults() : simulation->faults;
-}
+Faults plannedFaults(const std::string& path) { return faultsOf(readSimulation(path)); }
 
 std::variant<Faults, SimulationError> keptFaults(const std::string& path) {
   const auto text = readText(path);
-  if (const auto* written = std::get_if<std::string>(&text)) {
-    if (const auto complaint = complaintAboutFaults(*written)) {
-      return SimulationError{path + ": " + complaint->message};
-    }
+  const auto* written = std::get_if<std::string>(&text);
+  if (written == nullptr) return Faults();
+  if (const auto complaint = complaintAboutFaults(*written)) {
+    return SimulationError{path + ": " + complaint->message};
   }
-  return plannedFaults(path);
+  return faultsOf(parseSimulation(*written));
 }
 
 std::string writeSimulation(const std::string& path, const Simulation& simulation) {

@@ -3,9 +3,11 @@
 
 #include "adapters/linux/helper_installation.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <stdlib.h>
+#include <sys/file.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -190,11 +192,77 @@ TEST_F(HelperInstallationTest, AHelperThatHangsIsEndedToo) {
   EXPECT_EQ(running.endedBy(), SIGKILL);
 }
 
-TEST_F(HelperInstallationTest, AHelperOfTheSameFileGoesOn) {
+TEST_F(HelperInstallationTest, AHelperOfTheSameFileIsEndedToo) {
   installation().install();
   LockHolder running(state().helperLock());
   EXPECT_EQ(installation().install(), std::nullopt);
-  EXPECT_EQ(running.endedBy(), 0);
+  EXPECT_EQ(running.endedBy(), SIGKILL);
+}
+
+TEST_F(HelperInstallationTest, AHungHelperOfTheSameFileIsEndedToo) {
+  installation().install();
+  LockHolder running(state().helperLock(), LockHolder::Signals::isStopped);
+  EXPECT_EQ(installation().install(), std::nullopt);
+  EXPECT_EQ(running.endedBy(), SIGKILL);
+}
+
+TEST_F(HelperInstallationTest, AHelperThatCanNotBeEndedFailsTheNextInstallationToo) {
+  fs::create_symlink(root_ / "elsewhere", state().helperLock());
+  EXPECT_NE(installation().install(), std::nullopt);
+  EXPECT_EQ(installation().install(),
+            "can't end the helper that runs for \"" + state().path() + "\"");
+}
+
+TEST_F(HelperInstallationTest, AHelperThatRemovesItselfLeavesAnInstalledOne) {
+  for (int round = 0; round < 20; ++round) {
+    installation().install();
+    const LockHolder running(state().helperLock(), LockHolder::Signals::asUsual, installed());
+    EXPECT_EQ(installation().install(), std::nullopt);
+    EXPECT_EQ(textOf(installed()), "the helper");
+  }
+}
+
+fs::path temporaryFileIn(const fs::path& folder) {
+  return folder / ".com.ostrovane.powermetrics.new";
+}
+
+TEST_F(HelperInstallationTest, WhatAKilledInstallationLeftIsRemoved) {
+  fs::create_directory(folder());
+  std::ofstream(temporaryFileIn(folder())) << "half a hel";
+  EXPECT_EQ(installation().install(), std::nullopt);
+  EXPECT_EQ(textOf(installed()), "the helper");
+  EXPECT_EQ(namesInFolder(), std::vector<std::string>{"com.ostrovane.powermetrics"});
+}
+
+TEST_F(HelperInstallationTest, WhatAKilledInstallationLeftIsRemovedFromBesideTheSameHelper) {
+  installation().install();
+  std::ofstream(temporaryFileIn(folder())) << "half a hel";
+  EXPECT_EQ(installation().install(), std::nullopt);
+  EXPECT_EQ(namesInFolder(), std::vector<std::string>{"com.ostrovane.powermetrics"});
+}
+
+TEST_F(HelperInstallationTest, ALinkUnderTheTemporaryNameIsNotWrittenThrough) {
+  std::ofstream(root_ / "precious") << "precious";
+  fs::create_directory(folder());
+  fs::create_symlink(root_ / "precious", temporaryFileIn(folder()));
+  EXPECT_EQ(installation().install(), std::nullopt);
+  EXPECT_EQ(textOf(root_ / "precious"), "precious");
+  EXPECT_EQ(textOf(installed()), "the helper");
+}
+
+TEST_F(HelperInstallationTest, OfTwoInstallationsAtOnceOneIsRefused) {
+  installation().install();
+  build("new helper");
+  std::ofstream(temporaryFileIn(folder())) << "new h";
+  const int other = open(folder().c_str(), O_RDONLY | O_DIRECTORY);
+  ASSERT_EQ(flock(other, LOCK_EX), 0);
+  EXPECT_EQ(installation().install(), "can't lock the helper's folder \"" + folder().string() +
+                                          "\": Resource temporarily unavailable");
+  EXPECT_EQ(textOf(temporaryFileIn(folder())), "new h");
+  EXPECT_EQ(textOf(installed()), "the helper");
+  close(other);
+  EXPECT_EQ(installation().install(), std::nullopt);
+  EXPECT_EQ(textOf(installed()), "new helper");
 }
 
 TEST_F(HelperInstallationTest, AHelperGoesOnWhenTheInstallationFails) {

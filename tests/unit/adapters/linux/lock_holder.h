@@ -19,11 +19,13 @@ class LockHolder {
  public:
   enum class Signals { asUsual, ignoresAll, isStopped };
 
-  explicit LockHolder(const std::string& lockPath, Signals signals = Signals::asUsual) {
+  /// While it lives it removes the file at `removes` again and again, if one is named.
+  explicit LockHolder(const std::string& lockPath, Signals signals = Signals::asUsual,
+                      const std::string& removes = "") {
     int ready[2];
     EXPECT_EQ(pipe(ready), 0);
     process_ = fork();
-    if (process_ == 0) hold(lockPath, signals, ready[1]);
+    if (process_ == 0) hold(lockPath, signals, removes, ready[1]);
     close(ready[1]);
     char answer = 0;
     EXPECT_EQ(read(ready[0], &answer, 1), 1);
@@ -49,7 +51,8 @@ class LockHolder {
   }
 
  private:
-  [[noreturn]] static void hold(const std::string& lockPath, Signals signals, int ready) {
+  [[noreturn]] static void hold(const std::string& lockPath, Signals signals,
+                                const std::string& removes, int ready) {
     if (signals == Signals::ignoresAll) {
       for (int each = 1; each < NSIG; ++each) signal(each, SIG_IGN);
     }
@@ -57,6 +60,7 @@ class LockHolder {
     const char answer = lock ? 'y' : 'n';
     if (write(ready, &answer, 1) != 1) _exit(1);
     if (signals == Signals::isStopped) raise(SIGSTOP);
+    while (!removes.empty()) unlink(removes.c_str());
     for (;;) pause();
   }
 

@@ -133,6 +133,20 @@ TEST_F(FaultyHelperListenerTest, ASilentHelperStillTellsItsVersionAndServes) {
   EXPECT_EQ(events_, Events{"request 1000"});
 }
 
+std::string versionOf(const fakes::FakeHelperClient& client) {
+  std::string version = "none";
+  client.helper->getVersion([&version](std::string text) { version = std::move(text); });
+  return version;
+}
+
+TEST_F(FaultyHelperListenerTest, AHelperMayClaimAnotherVersion) {
+  EXPECT_EQ(versionOf(connectTo({.helperVersion = "0.0.9"})), "0.0.9");
+}
+
+TEST_F(FaultyHelperListenerTest, AHelperMayClaimAVersionWithoutText) {
+  EXPECT_EQ(versionOf(connectTo({.helperVersion = ""})), "");
+}
+
 TEST_F(FaultyHelperListenerTest, TheHelperDiesAtTheFirstRequestWithoutServingIt) {
   connectTo({.helperDiesOnRequest = 1}).helper->requestPowermetrics(1000, false);
   EXPECT_EQ(events_, Events{"dies"});

@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <ostream>
 #include <string>
+#include <thread>
 
 #include "recording_folder.h"
 
@@ -251,6 +252,91 @@ TEST_F(WrittenSimulation, AFileThatIsNotThereHasNoFaults) {
 TEST_F(WrittenSimulation, ABrokenFileHasNoFaults) {
   folder_.write("simulation.json", R"({"format": 1, "faults": {"blessRefused": true}})");
   EXPECT_EQ(plannedFaults(path()), Faults());
+}
+
+TEST_F(WrittenSimulation, WhatAKilledWriterLeftIsRemoved) {
+  folder_.write("simulation.json.new", "half a fi");
+  EXPECT_EQ(writeSimulation(path(), kBuiltin), "");
+  EXPECT_EQ(folder_.read("simulation.json"), formatSimulation(kBuiltin));
+  EXPECT_EQ(filesInFolder(), 1u);
+}
+
+TEST_F(WrittenSimulation, WritersAtOnceTakeTurns) {
+  const auto writeOften = [this] {
+    for (int i = 0; i < 200; ++i) EXPECT_EQ(writeSimulation(path(), kBuiltin), "");
+  };
+  std::thread other(writeOften);
+  writeOften();
+  other.join();
+  EXPECT_EQ(folder_.read("simulation.json"), formatSimulation(kBuiltin));
+  EXPECT_EQ(filesInFolder(), 1u);
+}
+
+/// What an app that is about to rewrite the file keeps of it.
+class KeptFaults : public WrittenSimulation {
+ protected:
+  std::variant<Faults, SimulationError> keptOf(const std::string& text) {
+    folder_.write("simulation.json", text);
+    return keptFaults(path());
+  }
+  /// What is wrong, after the file's name; "(none)" when nothing is.
+  std::string complaintAbout(const std::string& text) {
+    const auto kept = keptOf(text);
+    const auto* error = std::get_if<SimulationError>(&kept);
+    if (error == nullptr) return "(none)";
+    EXPECT_EQ(error->message.rfind(path() + ": ", 0), 0u) << error->message;
+    return error->message.substr(path().size() + 2);
+  }
+  static bool areNone(const std::variant<Faults, SimulationError>& kept) {
+    const auto* faults = std::get_if<Faults>(&kept);
+    return faults != nullptr && *faults == Faults();
+  }
+};
+
+TEST_F(KeptFaults, AreThoseOfTheFile) {
+  const Faults faults{.blessRefused = true};
+  const auto kept = keptOf(formatSimulation(builtinWith(faults)));
+  ASSERT_TRUE(std::holds_alternative<Faults>(kept));
+  EXPECT_EQ(std::get<Faults>(kept), faults);
+}
+
+TEST_F(KeptFaults, AreNoneWithoutAFile) { EXPECT_TRUE(areNone(keptFaults(path()))); }
+
+TEST_F(KeptFaults, AreNoneInAFileWithoutThem) {
+  EXPECT_TRUE(areNone(keptOf(formatSimulation(kBuiltin))));
+}
+
+TEST_F(KeptFaults, AreNoneInABrokenFileThatNamesNone) {
+  for (const auto* text : {"", "{", "[]", "old", R"({"format": 2})"}) {
+    EXPECT_TRUE(areNone(keptOf(text))) << text;
+  }
+}
+
+TEST_F(KeptFaults, AreNoneWhenTheFileIsBrokenElsewhere) {
+  EXPECT_TRUE(areNone(keptOf(R"({"format": 1, "faults": {"blessRefused": true}})")));
+}
+
+TEST_F(KeptFaults, WithAnUnknownKeyAreAnError) {
+  EXPECT_EQ(complaintAbout(R"({"format": 1, "machine": "x", "faults": {"helperDies": 1}})"),
+            "faults.helperDies: expected one of the keys authorizationStatus, blessRefused, "
+            "helperSilent, helperAnswersNo, helperVersion, helperDiesOnRequest, got an unknown "
+            "key");
+}
+
+TEST_F(KeptFaults, OfTheWrongTypeAreAnErrorAlsoInABrokenFile) {
+  EXPECT_EQ(complaintAbout(R"({"faults": {"blessRefused": 1}})"),
+            "faults.blessRefused: expected true or false, got 1");
+}
+
+TEST_F(KeptFaults, ThatStandTwiceAreAnError) {
+  EXPECT_EQ(complaintAbout(R"({"faults": {"helperSilent": true, "helperSilent": true}})"),
+            "faults.helperSilent: expected each key once, got it twice");
+}
+
+TEST_F(KeptFaults, InATextThatIsNoJsonAreAnErrorInOneLine) {
+  const std::string complaint = complaintAbout("{\"faults\": {\"blessRefused\": true}\n");
+  EXPECT_NE(complaint, "(none)");
+  EXPECT_EQ(complaint.find('\n'), std::string::npos);
 }
 
 TEST_F(WrittenSimulation, AFileThatCannotBeOneIsNotReadToItsEnd) {
