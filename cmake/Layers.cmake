@@ -92,6 +92,7 @@ pallimo_arrow(helper src/base "bytes, words")
 pallimo_arrow(helper src/ports "listener, children, timers")
 pallimo_arrow(helper src/helper_link/protocol "answers the messages")
 pallimo_arrow(helper src/adapters/linux "its main picks the adapters")
+pallimo_arrow(helper src/adapters/simulated "off macOS it fails as its users plan")
 
 pallimo_arrow(tools/powermetrics src/base "bytes")
 pallimo_arrow(tools/powermetrics src/adapters/simulated "prints the simulated machine's document")

@@ -3,19 +3,32 @@
 
 include_guard(GLOBAL)
 
+# Where the app's bundle holds the helper. The bundle is the folder that the app lies in.
+set(PALLIMO_HELPER_FOLDER "${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/Contents/Library/LaunchServices")
+
+# pallimo_helper_program(TARGET VERSION FOLDER)   a helper of that version, put into that folder
+function(pallimo_helper_program target version folder)
+  file(GLOB platform CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/helper/linux/*.cpp")
+  add_executable(${target} "${PROJECT_SOURCE_DIR}/helper/main.cpp" ${platform})
+  set_target_properties(${target} PROPERTIES OUTPUT_NAME com.ostrovane.powermetrics
+                                             RUNTIME_OUTPUT_DIRECTORY "${folder}")
+  target_link_libraries(${target} PRIVATE pallimo_helper)
+  # A fixed absolute path, as on a Mac; whoever can change the build can change the helper.
+  target_compile_definitions(
+    ${target} PRIVATE PALLIMO_VERSION="${version}"
+                      PALLIMO_POWERMETRICS="$<TARGET_FILE:powermetrics>")
+  add_dependencies(${target} powermetrics)
+endfunction()
+
 if(NOT APPLE)
   # Never installed: it stands where the operating system's own tool stands on a Mac.
   add_executable(powermetrics tools/powermetrics/main.cpp)
   target_link_libraries(powermetrics PRIVATE pallimo_tools_powermetrics)
 
-  file(GLOB helper_platform CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/helper/linux/*.cpp")
-  add_executable(com.ostrovane.powermetrics helper/main.cpp ${helper_platform})
-  target_link_libraries(com.ostrovane.powermetrics PRIVATE pallimo_helper)
-  # A fixed absolute path, as on a Mac; whoever can change the build can change the helper.
-  target_compile_definitions(
-    com.ostrovane.powermetrics PRIVATE PALLIMO_VERSION="${PROJECT_VERSION}"
-                                       PALLIMO_POWERMETRICS="$<TARGET_FILE:powermetrics>")
-  add_dependencies(com.ostrovane.powermetrics powermetrics)
+  pallimo_helper_program(com.ostrovane.powermetrics "${PROJECT_VERSION}" "${PALLIMO_HELPER_FOLDER}")
+  # A Mac's helper carries its info dictionary within itself.
+  configure_file("${PROJECT_SOURCE_DIR}/cmake/HelperInfo.plist.in"
+                 "${PALLIMO_HELPER_FOLDER}/com.ostrovane.powermetrics.plist" @ONLY)
 endif()
 
 if(PALLIMO_QT)

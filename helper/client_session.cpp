@@ -3,6 +3,7 @@
 
 #include "helper/client_session.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace pallimo::helper {
@@ -15,6 +16,7 @@ ClientSession::~ClientSession() = default;
 
 void ClientSession::end() {
   peer_.reset();
+  refusedFirst_ = 0;
   std::exchange(turns_, {}).clear();
 }
 
@@ -34,23 +36,48 @@ void ClientSession::requestPowermetrics(double msSampling, bool includeGPU) {
   });
   if (run) {
     turns_.push_back({std::move(run), 0});
-  } else if (turns_.empty()) {
-    peer_->powermetricsResult(std::nullopt);
-  } else {
+  } else if (!turns_.empty()) {
     ++turns_.back().refusedAfter;
+  } else if (refusedFirst_ > 0) {
+    ++refusedFirst_;
+  } else {
+    peer_->powermetricsResult(std::nullopt);
   }
 }
 
 void ClientSession::sendResultsInTurn() {
-  while (!turns_.empty() && turns_.front().run->isFinished()) {
-    auto turn = std::move(turns_.front());
+  if (isPausing_) return;
+  std::uint64_t left = kMostRefusalsAtOnce;
+  while (peer_) {
+    left -= sendRefusals(left);
+    if (refusedFirst_ > 0) return pause();
+    if (turns_.empty() || !turns_.front().run->isFinished()) return;
+    const auto turn = std::move(turns_.front());
     turns_.pop_front();
+    refusedFirst_ = turn.refusedAfter;
     const auto peer = peer_;
     peer->powermetricsResult(turn.run->takeDocument());
-    for (; turn.refusedAfter > 0 && peer_; --turn.refusedAfter) {
-      peer->powermetricsResult(std::nullopt);
-    }
   }
+}
+
+std::uint64_t ClientSession::sendRefusals(std::uint64_t atMost) {
+  const std::uint64_t count = std::min(refusedFirst_, atMost);
+  const auto peer = peer_;
+  for (std::uint64_t sent = 0; sent < count && peer_; ++sent) {
+    --refusedFirst_;
+    peer->powermetricsResult(std::nullopt);
+  }
+  return count;
+}
+
+void ClientSession::pause() {
+  isPausing_ = true;
+  services_.mainQueue.async([weak = weak_from_this()] {
+    const auto self = weak.lock();
+    if (!self) return;
+    self->isPausing_ = false;
+    self->sendResultsInTurn();
+  });
 }
 
 void ClientSession::unInstallHelper() {

@@ -12,8 +12,12 @@
 #include "helper/powermetrics_runs.h"
 #include "helper_link/protocol/xpc_protocol.h"
 #include "ports/helper_listener.h"
+#include "ports/main_queue.h"
 
 namespace pallimo::helper {
+
+/// How many refused requests a session answers before the helper's other work gets its turn.
+inline constexpr std::uint64_t kMostRefusalsAtOnce = 256;
 
 /// Answers one client. The helper's one thread.
 ///
@@ -33,6 +37,7 @@ class ClientSession final : public helper_link::protocol::XPCProtocol,
   };
 
   struct Services {
+    ports::MainQueue& mainQueue;
     PowermetricsRuns& runs;
     std::weak_ptr<Owner> owner;
   };
@@ -62,11 +67,17 @@ class ClientSession final : public helper_link::protocol::XPCProtocol,
   };
 
   void sendResultsInTurn();
+  /// Answers refused requests that nothing has to come before; returns how many.
+  std::uint64_t sendRefusals(std::uint64_t atMost);
+  /// Goes on with the results after everything that is queued.
+  void pause();
 
   Services services_;
   const std::string version_;
   std::shared_ptr<ports::HelperPeer> peer_;  // null once ended
   std::uint64_t requests_ = 0;
+  std::uint64_t refusedFirst_ = 0;  // refused requests that stand before all turns
+  bool isPausing_ = false;
   std::deque<Turn> turns_;
 };
 

@@ -28,7 +28,8 @@ std::shared_ptr<helper_link::protocol::XPCProtocol> HelperService::accept(
     std::shared_ptr<ports::HelperPeer> peer) {
   idleTimer_.reset();
   auto session = std::make_shared<ClientSession>(
-      ClientSession::Services{services_.runs, weak_from_this()}, settings_.version, peer);
+      ClientSession::Services{services_.mainQueue, services_.runs, weak_from_this()},
+      settings_.version, peer);
   clients_.emplace(std::move(peer), session);
   return session;
 }

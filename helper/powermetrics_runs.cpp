@@ -86,27 +86,27 @@ class PowermetricsRuns::Run final : public PowermetricsRun {
 };
 
 PowermetricsRuns::PowermetricsRuns(Services services, PowermetricsTool tool)
-    : services_(services), tool_(std::move(tool)), usage_(std::make_shared<Usage>()) {}
+    : services_(services),
+      tool_(std::move(tool)),
+      usage_(std::make_shared<Usage>()),
+      refusals_(services.log) {}
 
 std::unique_ptr<PowermetricsRun> PowermetricsRuns::start(double msSampling, bool includeGPU,
                                                          std::uint64_t request,
                                                          std::function<void()> finished) {
   const auto command = powermetricsCommand(tool_, msSampling, includeGPU, request);
-  if (!command) {
-    services_.log.write("request refused: the sampling period is not within 1 to 3600000 ms");
-    return nullptr;
-  }
-  if (usage_->runs >= kMostRuns) {
-    services_.log.write("request refused: " + std::to_string(kMostRuns) + " runs are under way");
-    return nullptr;
-  }
-  if (usage_->waitingBytes > kMostWaitingBytes) {
-    services_.log.write("request refused: too many documents wait for an earlier run");
-    return nullptr;
-  }
+  if (!command) return refuse(Refusal::badPeriod);
+  if (usage_->runs >= kMostRuns) return refuse(Refusal::tooManyRuns);
+  if (usage_->waitingBytes > kMostWaitingBytes) return refuse(Refusal::tooManyWaitingDocuments);
+  refusals_.endSeries();
   auto run = std::make_unique<Run>(usage_, services_.log, std::move(finished));
   run->start(services_.children, *command);
   return run;
+}
+
+std::unique_ptr<PowermetricsRun> PowermetricsRuns::refuse(Refusal refusal) {
+  refusals_.add(refusal);
+  return nullptr;
 }
 
 }  // namespace pallimo::helper

@@ -11,6 +11,7 @@
 
 #include "base/bytes.h"
 #include "helper/powermetrics_command.h"
+#include "helper/refusal_log.h"
 #include "ports/child_processes.h"
 #include "ports/system_log.h"
 
@@ -32,7 +33,8 @@ class PowermetricsRun {
 };
 
 /// Runs powermetrics, side by side, within the limits. Everything that makes a run give no document
-/// is written to the log, one line each. The helper's one thread.
+/// is written to the log, one line each; refused requests are summed up (see RefusalLog). The
+/// helper's one thread.
 class PowermetricsRuns {
  public:
   struct Services {
@@ -54,9 +56,12 @@ class PowermetricsRuns {
     std::size_t waitingBytes = 0;
   };
 
+  std::unique_ptr<PowermetricsRun> refuse(Refusal refusal);
+
   const Services services_;
   const PowermetricsTool tool_;
   const std::shared_ptr<Usage> usage_;  // shared with the runs
+  RefusalLog refusals_;
 };
 
 }  // namespace pallimo::helper

@@ -25,6 +25,8 @@
 #include "adapters/linux/posix_process.h"
 #include "adapters/linux/state_folder.h"
 #include "adapters/linux/syslog_log.h"
+#include "adapters/simulated/faulty_helper_listener.h"
+#include "adapters/simulated/simulation_file.h"
 #include "helper_link/protocol/xpc_protocol.h"
 
 namespace pallimo::helper {
@@ -33,6 +35,7 @@ namespace {
 
 using adapters::linux::Descriptor;
 using adapters::linux::StateFolder;
+using adapters::linux::SyslogLog;
 
 /// The path that this program was started from.
 std::optional<std::string> ownPath() {
@@ -81,7 +84,8 @@ class LinuxHelperPlatform final : public HelperPlatform {
         endingSignals_(std::move(endingSignals)),
         log_(std::string(helper_link::protocol::kMachServiceName)),
         children_(loop_),
-        files_(folder_, log_) {
+        files_(folder_, log_),
+        faults_(adapters::simulated::plannedFaults(folder_.simulationFile())) {
     endingWatch_ = loop_.watch(endingSignals_.get(), POLLIN, [this](short) {
       endingWatch_.reset();
       loop_.stop();
@@ -93,7 +97,10 @@ class LinuxHelperPlatform final : public HelperPlatform {
   ports::HelperFiles& helperFiles() override { return files_; }
   ports::SystemLog& systemLog() override { return log_; }
   std::unique_ptr<ports::HelperListener> makeListener() override {
-    return std::make_unique<adapters::linux::DBusHelperListener>(loop_, folder_);
+    constexpr int kDied = 1;
+    return std::make_unique<adapters::simulated::FaultyHelperListener>(
+        std::make_unique<adapters::linux::DBusHelperListener>(loop_, folder_), faults_,
+        [] { _exit(kDied); });
   }
 
   PowermetricsTool powermetrics() override {
@@ -101,8 +108,10 @@ class LinuxHelperPlatform final : public HelperPlatform {
     tool.path = facts_.powermetricsPath;
     // What the stand-in for the system's tool needs to know.
     tool.environment = [simulation = folder_.simulationFile()](std::uint64_t request) {
-      return std::vector<std::string>{"PALLIMO_SIMULATION=" + simulation,
-                                      "PALLIMO_REQUEST=" + std::to_string(request)};
+      using adapters::simulated::kRequestVariable, adapters::simulated::kSimulationVariable;
+      return std::vector<std::string>{
+          std::string(kSimulationVariable) + "=" + simulation,
+          std::string(kRequestVariable) + "=" + std::to_string(request)};
     };
     return tool;
   }
@@ -118,9 +127,10 @@ class LinuxHelperPlatform final : public HelperPlatform {
   Descriptor ready_;
   const Descriptor endingSignals_;
   adapters::linux::PollLoop loop_;
-  adapters::linux::SyslogLog log_;
+  SyslogLog log_;
   adapters::linux::PosixChildProcesses children_;
   adapters::linux::InstalledHelperFiles files_;
+  const adapters::simulated::Faults faults_;
   std::unique_ptr<adapters::linux::PollLoop::Watch> endingWatch_;
 };
 
@@ -134,14 +144,13 @@ std::unique_ptr<HelperPlatform> makeHelperPlatform(const BuildFacts& facts) {
   Descriptor endingSignals = takeEndingSignals();
   const auto path = ownPath();
   if (!endingSignals || !path) return nullptr;
-  const auto folder = StateFolder::ofInstalledHelper(*path);
-  auto platform = std::make_unique<LinuxHelperPlatform>(facts, folder, std::move(ready),
-                                                        std::move(endingSignals));
+  // Before anything is read from the folder.
   if (const auto error = adapters::linux::checkInstalledHelper(*path)) {
-    platform->systemLog().write(*error);
+    SyslogLog(std::string(helper_link::protocol::kMachServiceName)).write(*error);
     return nullptr;
   }
-  return platform;
+  return std::make_unique<LinuxHelperPlatform>(facts, StateFolder::ofInstalledHelper(*path),
+                                               std::move(ready), std::move(endingSignals));
 }
 
 }  // namespace pallimo::helper

@@ -24,7 +24,12 @@ helper_link::XPCManager::Services managerServices(const Platform& platform,
   const helper_link::XPCClient::Services client = {platform.helperConnector, platform.bundle,
                                                    platform.notifications, platform.systemLog,
                                                    platform.console};
-  return {client, platform.mainQueue, platform.helperInstaller, processor};
+  return {client,
+          platform.mainQueue,
+          platform.backgroundQueue,
+          platform.authorizationServices,
+          platform.helperInstaller,
+          processor};
 }
 
 }  // namespace
@@ -45,6 +50,7 @@ GeneralModel::GeneralModel(const Platform& platform)
       modelMainTitle_(modules::ModuleModelMainTitle::create(
           {platform.systemControls, platform.accelerators, platform.programLauncher,
            platform.propertyLists})),
+      modelMoreButton_(modules::ModuleModelMoreButton::create(platform.mainQueue)),
       sampleRows_(std::make_shared<logging::SampleRows>(
           platform.clock, logging::SampleRows::Models{*modelPower_, *modelFrequency_,
                                                       *modelTemperature_, *modelUtilization_})) {
@@ -52,6 +58,7 @@ GeneralModel::GeneralModel(const Platform& platform)
 }
 
 void GeneralModel::wire() {
+  xpcmanager_->setMorebuttonModelDelegate(modelMoreButton_);
   xpcmanager_->setPowerMetricsModelDelegate(modelPowerMetrics_);
   xpcmanager_->setUtilizationModelDelegate(modelUtilization_);
   modelPowerMetrics_->setGate(xpcmanager_);

@@ -10,6 +10,7 @@
 #include "logging/sample_rows.h"
 #include "modules/module_model_frequency.h"
 #include "modules/module_model_main_title.h"
+#include "modules/module_model_more_button.h"
 #include "modules/module_model_power.h"
 #include "modules/module_model_temperature.h"
 #include "modules/module_model_utilization.h"
@@ -47,6 +48,9 @@ class GeneralModel {
   const std::shared_ptr<modules::ModuleModelMainTitle>& modelMainTitle() const {
     return modelMainTitle_;
   }
+  const std::shared_ptr<modules::ModuleModelMoreButton>& modelMoreButton() const {
+    return modelMoreButton_;
+  }
   const std::shared_ptr<logging::SampleRows>& sampleRows() const { return sampleRows_; }
 
   /// The app is about to end: tells the helper to stop. Sampling is not stopped separately.
@@ -64,6 +68,7 @@ class GeneralModel {
   const std::shared_ptr<modules::ModuleModelTemperature> modelTemperature_;
   const std::shared_ptr<modules::ModuleModelUtilization> modelUtilization_;
   const std::shared_ptr<modules::ModuleModelMainTitle> modelMainTitle_;
+  const std::shared_ptr<modules::ModuleModelMoreButton> modelMoreButton_;
   /// Reads the models above, so it comes after them.
   const std::shared_ptr<logging::SampleRows> sampleRows_;
 };

@@ -4,11 +4,14 @@
 #include "app/headless_run.h"
 
 #include <cmath>
+#include <optional>
 #include <utility>
 
 namespace pallimo::app {
 
 namespace {
+
+using namespace std::chrono_literals;
 
 constexpr int kDone = 0;
 constexpr int kOutputFailed = 1;
@@ -34,25 +37,28 @@ std::shared_ptr<HeadlessRun> HeadlessRun::create(const Services& services, const
 
 void HeadlessRun::start() {
   receiveRows();
-  noticeRefusals();
+  if (settings_.installHelper) noticeRefusals();
   watchContent();
   services_.mainQueue.async([weak = weak_from_this()] {
     if (const auto self = weak.lock()) self->contentChanged();
   });
   if (settings_.installHelper) {
-    pressTimer_ = services_.mainQueue.every(nominal(kPressInterval), [weak = weak_from_this()] {
-      if (const auto self = weak.lock()) self->pressIfShown();
-    });
+    startPressing();
   } else {
-    services_.mainQueue.after(nominal(kWaitingLimit), [weak = weak_from_this()] {
-      if (const auto self = weak.lock()) self->endUnlessLive(run_message::kNotUsable);
-    });
+    later(nominal(kWaitingLimit),
+          [](HeadlessRun& run) { run.endUnlessLive(run_message::kNotUsable); });
   }
 }
 
 void HeadlessRun::interrupt() {
   services_.mainQueue.async([weak = weak_from_this()] {
     if (const auto self = weak.lock()) self->end(kDone);
+  });
+}
+
+void HeadlessRun::later(std::chrono::milliseconds delay, std::function<void(HeadlessRun&)> task) {
+  services_.mainQueue.after(delay, [weak = weak_from_this(), task = std::move(task)] {
+    if (const auto self = weak.lock()) task(*self);
   });
 }
 
@@ -72,22 +78,30 @@ void HeadlessRun::receiveRows() {
       });
 }
 
-/// A refused installation is announced while the button is being pressed, on the main thread; the
-/// same notice from another thread is an interruption.
+/// A refused installation is announced on the main thread, which alone installs; the same notice
+/// from another thread is an interruption. The run ends when the installation has had its say.
 void HeadlessRun::noticeRefusals() {
-  installError_ = services_.notifications.observe(base::notification::kXPCInstallError,
-                                                  [main = mainThread_, weak = weak_from_this()] {
-                                                    if (std::this_thread::get_id() != main) return;
-                                                    const auto self = weak.lock();
-                                                    if (self && self->isPressing_)
-                                                      self->isRefused_ = true;
-                                                  });
+  ports::MainQueue& mainQueue = services_.mainQueue;
+  const auto refused = [&mainQueue, main = mainThread_, weak = weak_from_this()] {
+    if (std::this_thread::get_id() != main) return;
+    mainQueue.async([weak] {
+      if (const auto self = weak.lock()) self->end(kRefused, run_message::kRefused);
+    });
+  };
+  installError_ = services_.notifications.observe(base::notification::kXPCInstallError, refused);
 }
 
 void HeadlessRun::watchContent() {
-  contentModel_ = ContentModel::create(services_.mainQueue, services_.general);
-  contentChange_ = contentModel_->observe([weak = weak_from_this()] {
+  contentView_ = std::make_unique<ContentView>(services_.mainQueue, services_.general);
+  contentChange_ = contentView_->contentModel()->observe([weak = weak_from_this()] {
     if (const auto self = weak.lock()) self->contentChanged();
+  });
+}
+
+void HeadlessRun::startPressing() {
+  if (hasEnded_) return;
+  pressTimer_ = services_.mainQueue.every(nominal(kPressInterval), [weak = weak_from_this()] {
+    if (const auto self = weak.lock()) self->pressIfShown();
   });
 }
 
@@ -106,14 +120,8 @@ void HeadlessRun::print(const logging::LogRow& row) {
   if (settings_.samples == printed_) end(kDone);
 }
 
-MainContent HeadlessRun::content() const {
-  const helper_link::XPCManager& manager = *services_.general.xpcmanager();
-  return mainContent(services_.general.processor(), manager.isAuthorized(),
-                     manager.isUpdateNeeded());
-}
-
 void HeadlessRun::contentChanged() {
-  const MainContent shown = content();
+  const MainContent shown = contentView_->content();
   const bool wasLive = std::exchange(isLive_, shown == MainContent::live);
   if (shown == MainContent::refusal) return end(kNotUsable, run_message::kWrongProcessor);
   if (isLive_) isWaitingForAnswer_ = false;
@@ -123,22 +131,27 @@ void HeadlessRun::contentChanged() {
 }
 
 void HeadlessRun::pressIfShown() {
-  const MainContent shown = content();
-  if (hasEnded_ || (shown != MainContent::install && shown != MainContent::update)) return;
-  if (!isWaitingForAnswer_) waitForAnswer();
-  isPressing_ = true;
-  services_.general.xpcmanager()->installHelper();
-  isPressing_ = false;
-  if (isRefused_) end(kRefused, run_message::kRefused);
+  if (hasEnded_) return;
+  const std::optional<MainContent> pressed = contentView_->press();
+  if (pressed == MainContent::update) {
+    pauseForUpdate();
+    waitForAnswer(helper_link::XPCManager::kInstallationDelay);
+  } else if (pressed && !isWaitingForAnswer_) {
+    waitForAnswer(0ms);
+  }
 }
 
-void HeadlessRun::waitForAnswer() {
+void HeadlessRun::pauseForUpdate() {
+  pressTimer_.reset();
+  later(helper_link::XPCManager::kInstallationDelay, [](HeadlessRun& run) { run.startPressing(); });
+}
+
+void HeadlessRun::waitForAnswer(std::chrono::milliseconds untilInstallation) {
   isWaitingForAnswer_ = true;
   const std::uint64_t wait = ++waits_;
-  services_.mainQueue.after(nominal(kWaitingLimit), [weak = weak_from_this(), wait] {
-    const auto self = weak.lock();
-    if (!self || !self->isWaitingForAnswer_ || self->waits_ != wait) return;
-    self->endUnlessLive(run_message::kStillNotUsable);
+  later(untilInstallation + nominal(kWaitingLimit), [wait](HeadlessRun& run) {
+    if (!run.isWaitingForAnswer_ || run.waits_ != wait) return;
+    run.endUnlessLive(run_message::kStillNotUsable);
   });
 }
 

@@ -13,7 +13,7 @@
 #include <thread>
 
 #include "app/command_line.h"
-#include "app/content_model.h"
+#include "app/content_view.h"
 #include "app/general_model.h"
 #include "app/headless_format.h"
 #include "app/main_content.h"
@@ -48,7 +48,7 @@ inline constexpr std::string_view kLost =
     "the helper was lost while sampling; start again, or run with --install-helper to go on";
 }  // namespace run_message
 
-/// A run without a window: prints every distributed sample, presses the install button where it is
+/// A run without a window: prints every distributed sample, presses the shown button where it is
 /// told to, and decides when the run ends and with which status.
 ///
 /// Main thread; rows and notices that come on other threads are queued to it. Everything that it
@@ -70,12 +70,14 @@ class HeadlessRun final : public std::enable_shared_from_this<HeadlessRun> {
     double speed = 1;
   };
 
-  /// How long a helper may take to become usable; measured from the start, and with the install
-  /// button from the first press that has not been answered. Real time: a real process does not
-  /// start faster in a faster run.
+  /// How long a helper may take to become usable; measured from the start, and with the button
+  /// from the first installation that has not been answered. An update installs the manager's
+  /// delay after the press, not with it, so its wait begins that much later. Real time: a real
+  /// process does not start faster in a faster run.
   static constexpr std::chrono::seconds kWaitingLimit{5};
-  /// How often the install button is pressed at most; the first time this long after the start.
-  /// Real time.
+  /// How often the button is pressed at most; the first time this long after the start, and after
+  /// an update this long after its installation: until then the removal is still under way, and the
+  /// install screen that is shown meanwhile is left alone. Real time.
   static constexpr std::chrono::seconds kPressInterval{1};
 
   /// `onEnd` is called once, from the main queue and never from within start().
@@ -92,14 +94,16 @@ class HeadlessRun final : public std::enable_shared_from_this<HeadlessRun> {
               std::function<void(RunEnd)> onEnd);
 
   std::chrono::milliseconds nominal(std::chrono::seconds real) const;
+  void later(std::chrono::milliseconds delay, std::function<void(HeadlessRun&)> task);
   void receiveRows();
   void noticeRefusals();
   void watchContent();
+  void startPressing();
   void print(const logging::LogRow& row);
-  MainContent content() const;
   void contentChanged();
   void pressIfShown();
-  void waitForAnswer();
+  void pauseForUpdate();
+  void waitForAnswer(std::chrono::milliseconds untilInstallation);
   void endUnlessLive(std::string_view message);
   void end(int status, std::string_view message = {});
 
@@ -109,15 +113,13 @@ class HeadlessRun final : public std::enable_shared_from_this<HeadlessRun> {
 
   std::function<void(RunEnd)> onEnd_;
   std::unique_ptr<HeadlessFormat> format_;
-  std::shared_ptr<ContentModel> contentModel_;
+  std::unique_ptr<ContentView> contentView_;
   base::Subscription contentChange_;
   base::Subscription installError_;
   std::unique_ptr<ports::RepeatingTimer> pressTimer_;
   std::uint64_t printed_ = 0;
   std::uint64_t waits_ = 0;  ///< numbers the waits for an answer to a press
   bool isWaitingForAnswer_ = false;
-  bool isPressing_ = false;
-  bool isRefused_ = false;
   bool isLive_ = false;  ///< the helper was usable when last looked at
   bool hasEnded_ = false;
 };

@@ -5,6 +5,8 @@
 
 #include "base/notification_centre.h"
 #include "ports/accelerator_registry.h"
+#include "ports/authorization_services.h"
+#include "ports/background_queue.h"
 #include "ports/bundle.h"
 #include "ports/clock.h"
 #include "ports/console.h"
@@ -27,6 +29,7 @@ namespace pallimo::app {
 /// from it. References only, so it may be copied.
 struct Platform {
   ports::MainQueue& mainQueue;
+  ports::BackgroundQueue& backgroundQueue;
   base::NotificationCentre& notifications;
   ports::UserDefaults& defaults;
   const ports::PropertyListReader& propertyLists;
@@ -37,6 +40,7 @@ struct Platform {
   ports::ProcessorTicks& processorTicks;
   ports::ProgramLauncher& programLauncher;
   ports::HelperConnector& helperConnector;
+  ports::AuthorizationServices& authorizationServices;
   ports::HelperInstaller& helperInstaller;
   ports::Bundle& bundle;
   const ports::Clock& clock;

@@ -137,7 +137,7 @@ void XPCManager::finishCheckAtStart(bool isSameVersion) {
 void XPCManager::installHelper() {
   if (isInert()) return;
   services_.client.console.writeLine("INSTALL HELPER");
-  const ports::AuthorizationAttempt attempt = services_.installer.createAuthorization();
+  const ports::AuthorizationAttempt attempt = services_.authorization.createAuthorization();
   if (attempt.status != 0) {
     services_.client.systemLog.write("[PWMJBS]: Authorization failed with status code " +
                                      std::to_string(attempt.status));
@@ -147,6 +147,37 @@ void XPCManager::installHelper() {
     services_.client.notifications.post(base::notification::kXPCInstallError);
   }
   client_->isResponding();
+}
+
+void XPCManager::uninstallHelper() {
+  if (isInert()) return;
+  services_.backgroundQueue.async([weak = weak_from_this()] {
+    if (auto manager = weak.lock()) manager->scheduleRemoval();
+  });
+}
+
+void XPCManager::scheduleRemoval() {
+  services_.mainQueue.async([weak = weak_from_this()] {
+    if (auto manager = weak.lock()) manager->prepareRemoval();
+  });
+  services_.mainQueue.after(kRemovalDelay, [weak = weak_from_this()] {
+    if (auto manager = weak.lock()) manager->client_->uninstall([](bool) {});
+  });
+}
+
+void XPCManager::prepareRemoval() {
+  if (auto engine = powerMetricsModelDelegate()) engine->stopTimer();
+  isUpdateNeeded_ = false;
+  publishContent();
+  isRequestedToUninstall_ = true;
+}
+
+void XPCManager::updateHelper() {
+  if (isInert()) return;
+  uninstallHelper();
+  services_.mainQueue.after(kInstallationDelay, [weak = weak_from_this()] {
+    if (auto manager = weak.lock()) manager->installHelper();
+  });
 }
 
 }  // namespace pallimo::helper_link

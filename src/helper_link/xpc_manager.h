@@ -4,6 +4,7 @@
 #pragma once
 
 #include <atomic>
+#include <chrono>
 #include <memory>
 
 #include "base/mutex.h"
@@ -12,6 +13,8 @@
 #include "helper_link/delegates.h"
 #include "helper_link/sampling_gate.h"
 #include "helper_link/xpc_client.h"
+#include "ports/authorization_services.h"
+#include "ports/background_queue.h"
 #include "ports/helper_installer.h"
 #include "ports/main_queue.h"
 
@@ -30,9 +33,16 @@ class XPCManager final : public SamplingGate, public std::enable_shared_from_thi
   struct Services {
     XPCClient::Services client;
     ports::MainQueue& mainQueue;
+    ports::BackgroundQueue& backgroundQueue;
+    ports::AuthorizationServices& authorization;
     ports::HelperInstaller& installer;
     Processor processor;
   };
+
+  /// How long after uninstallHelper() the helper is told to remove itself, and after updateHelper()
+  /// the embedded one is installed: times of the main queue.
+  static constexpr std::chrono::milliseconds kRemovalDelay{1000};
+  static constexpr std::chrono::milliseconds kInstallationDelay{2000};
 
   static std::shared_ptr<XPCManager> create(const Services& services);
   /// Writes "DEINIT XPCManager" to the console.
@@ -63,6 +73,13 @@ class XPCManager final : public SamplingGate, public std::enable_shared_from_thi
   /// Stops the program when no authorisation can be had at all.
   void installHelper();
 
+  /// Stops sampling and, a second later, tells the helper over a fresh connection to remove itself.
+  /// The panels stay, without new samples, until the connection is interrupted. Any thread.
+  void uninstallHelper();
+  /// uninstallHelper(), and installHelper() two seconds from now. Only these delays, no replies,
+  /// put the steps in order: the installation may begin before the removal has ended. Any thread.
+  void updateHelper();
+
  private:
   explicit XPCManager(const Services& services);
 
@@ -72,6 +89,8 @@ class XPCManager final : public SamplingGate, public std::enable_shared_from_thi
   void applyAuthorization();
   void checkVersionAtStart();
   void finishCheckAtStart(bool isSameVersion);
+  void scheduleRemoval();
+  void prepareRemoval();
   void publishContent() const;
   bool isInert() const { return services_.processor != Processor::appleSilicon; }
   std::shared_ptr<MoreButtonModelDelegate> morebuttonModelDelegate() const;

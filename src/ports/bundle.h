@@ -4,19 +4,20 @@
 #pragma once
 
 #include <optional>
-#include <string>
+#include <string_view>
+
+#include "base/property_list.h"
 
 namespace pallimo::ports {
 
-/// What lies inside the app's bundle. Any thread.
+/// The bundle that the app runs from. Any thread.
 class Bundle {
  public:
   virtual ~Bundle() = default;
 
-  /// "CFBundleShortVersionString" of the helper embedded at
-  /// "Contents/Library/LaunchServices/com.ostrovane.powermetrics", or nothing when there is no
-  /// helper, no info dictionary or no such text.
-  virtual std::optional<std::string> embeddedHelperVersion() const = 0;
+  /// The info dictionary of what lies at `path` within the bundle, a bundle or an executable that
+  /// carries its own; nothing when there is none.
+  virtual std::optional<base::PropertyList> infoDictionary(std::string_view path) const = 0;
 };
 
 }  // namespace pallimo::ports

@@ -4,9 +4,10 @@
 #pragma once
 
 #include <fcntl.h>
+#include <grp.h>
 #include <poll.h>
 #include <signal.h>
-#include <spawn.h>
+#include <sys/resource.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -68,16 +69,24 @@ inline pid_t parentOf(pid_t number) {
   return end == std::string::npos ? 0 : std::stoi(text.substr(end + 4));
 }
 
+inline std::set<pid_t> processNumbers() {
+  std::set<pid_t> numbers;
+  for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
+    const std::string name = entry.path().filename();
+    if (name.find_first_not_of("0123456789") == std::string::npos) numbers.insert(std::stoi(name));
+  }
+  return numbers;
+}
+
 /// The processes that run the program at `path`, also when the file was replaced meanwhile. A child
 /// that has not yet become another program is not counted.
 inline std::vector<WatchedProcess> processesOf(const std::filesystem::path& path) {
   std::set<pid_t> running;
-  for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
-    const std::string name = entry.path().filename();
-    if (name.find_first_not_of("0123456789") != std::string::npos) continue;
+  for (const pid_t number : processNumbers()) {
     std::error_code gone;
-    const std::string executable = std::filesystem::read_symlink(entry.path() / "exe", gone);
-    if (!gone && executable.rfind(path.string(), 0) == 0) running.insert(std::stoi(name));
+    const std::string executable =
+        std::filesystem::read_symlink("/proc/" + std::to_string(number) + "/exe", gone);
+    if (!gone && executable.rfind(path.string(), 0) == 0) running.insert(number);
   }
   std::vector<WatchedProcess> found;
   for (const pid_t number : running) {
@@ -92,26 +101,40 @@ class AppProcess {
  public:
   using Texts = std::vector<std::string>;
 
+  /// The exit status when the program can't be started under its conditions.
+  static constexpr int kNotStarted = 127;
+
+  /// What the system grants the run.
+  struct Conditions {
+    std::optional<uid_t> user;          ///< only root may choose another
+    std::optional<rlim_t> longestFile;  ///< bytes; a longer one can't be written
+  };
+
   /// `environment` entries ("NAME=value") go before those of the test's own.
   AppProcess(const Texts& arguments, std::filesystem::path errorFile, const Texts& environment = {},
-             std::optional<int> outputDescriptor = std::nullopt)
+             std::optional<int> outputDescriptor = std::nullopt, const Conditions& conditions = {})
       : errorFile_(std::move(errorFile)) {
     std::array<int, 2> ends = {-1, -1};
     if (!outputDescriptor && pipe2(ends.data(), O_CLOEXEC) != 0) return;
     output_ = ends[0];
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_adddup2(&actions, outputDescriptor.value_or(ends[1]), 1);
-    posix_spawn_file_actions_addopen(&actions, 2, errorFile_.c_str(), O_WRONLY | O_CREAT | O_TRUNC,
-                                     0600);
+    const int errors = open(errorFile_.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
     const std::string program = PALLIMO_BIN_DIR "/pallimo";
     Texts command = {program};
     command.insert(command.end(), arguments.begin(), arguments.end());
     Texts entries = environment;
     for (char** entry = environ; *entry != nullptr; ++entry) entries.emplace_back(*entry);
-    posix_spawn(&number_, program.c_str(), &actions, nullptr, pointersTo(command).data(),
-                pointersTo(entries).data());
-    posix_spawn_file_actions_destroy(&actions);
+    const auto commandPointers = pointersTo(command);
+    const auto entryPointers = pointersTo(entries);
+    number_ = fork();
+    if (number_ == 0) {
+      dup2(outputDescriptor.value_or(ends[1]), 1);
+      dup2(errors, 2);
+      if (isGranted(conditions)) {
+        execve(program.c_str(), commandPointers.data(), entryPointers.data());
+      }
+      _exit(kNotStarted);
+    }
+    close(errors);
     if (ends[1] >= 0) close(ends[1]);
   }
   /// A run that is still there has failed its test; it is ended.
@@ -159,6 +182,8 @@ class AppProcess {
     if (output_ >= 0) close(std::exchange(output_, -1));
   }
 
+  pid_t number() const { return number_; }
+
   /// The exit status; minus the signal's number for a run that a signal ended, nothing for one that
   /// did not end in time.
   std::optional<int> exitStatus() {
@@ -173,6 +198,21 @@ class AppProcess {
   std::string errorText() const { return textOf(errorFile_); }
 
  private:
+  /// In the child. Writing beyond a limit shall be an error rather than a signal.
+  static bool isGranted(const Conditions& conditions) {
+    const rlimit none = {0, 0};
+    setrlimit(RLIMIT_CORE, &none);  // a run that stops the program is no reason to keep its memory
+    if (conditions.longestFile) {
+      const rlimit limit = {*conditions.longestFile, *conditions.longestFile};
+      signal(SIGXFSZ, SIG_IGN);
+      if (setrlimit(RLIMIT_FSIZE, &limit) != 0) return false;
+    }
+    if (!conditions.user) return true;
+    const uid_t user = *conditions.user;
+    return setgroups(0, nullptr) == 0 && setresgid(user, user, user) == 0 &&
+           setresuid(user, user, user) == 0;
+  }
+
   static std::vector<char*> pointersTo(Texts& texts) {
     std::vector<char*> pointers;
     for (std::string& text : texts) pointers.push_back(text.data());

@@ -13,7 +13,7 @@
 namespace pallimo::end_to_end {
 namespace {
 
-using AppOutput = AppTest;
+using AppOutput = AppWithHelperTest;
 
 TEST_F(AppOutput, ThreeSamplesAsCsv) {
   const auto app = startHeadless({"--format", "csv", "--samples", "3", "--speed", "20"});
@@ -81,7 +81,6 @@ TEST_F(AppOutput, ARecordingsFiguresToTheLastDigitAlsoInAFasterRun) {
 }
 
 TEST_F(AppOutput, TheSettingsOfTheStateFolderHold) {
-  fs::create_directory(stateFolder());
   std::ofstream(stateFolder() / "settings.ini") << "[General]\nsamplingResolution=1000\n";
   const auto app = startHeadless({"--format", "csv", "--samples", "1", "--speed", "20", "--machine",
                                   recording({SampleDocument{}})});
@@ -108,7 +107,7 @@ TEST_F(AppOutput, AFullDiskIsStatus1) {
   EXPECT_EQ(app.errorText(), "pallimo: can't write to standard output: No space left on device\n");
 }
 
-using AppEnd = AppTest;
+using AppEnd = AppWithHelperTest;
 
 TEST_F(AppEnd, InterruptedByTheUserItEndsWithStatus0AndLeavesNoProcess) {
   for (const int signal : {SIGINT, SIGTERM}) {
@@ -135,16 +134,6 @@ TEST_F(AppEnd, AtItsEndTheHelperIsClosed) {
   for (const auto& helper : helpers) {
     EXPECT_TRUE(helper.isGoneInTime(std::chrono::milliseconds(4000)));
   }
-}
-
-TEST_F(AppEnd, KilledItLeavesAHelperThatEndsByItself) {
-  const auto app = startHeadless({"--format", "csv", "--speed", "20"});
-  app->readLines(2);
-  const auto helpers = helpersOf();
-  ASSERT_EQ(helpers.size(), 1u);
-  app->send(SIGKILL);
-  EXPECT_EQ(app->exitStatus(), -SIGKILL);
-  EXPECT_TRUE(helpers[0].isGoneInTime());
 }
 
 TEST_F(AppEnd, AHelperThatIsKilledWhileSamplingIsStatus6) {
@@ -180,8 +169,6 @@ TEST_F(AppEnd, WithTheInstallButtonItGoesOnAfterAHelperWasKilled) {
 }
 
 TEST_F(AppEnd, AHelperThatCannotServeIsStatus3AfterFiveSeconds) {
-  fs::create_directory(stateFolder());
-  fs::permissions(stateFolder(), fs::perms::owner_all);
   const int lock =
       open((stateFolder() / "helper.lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
   ASSERT_EQ(flock(lock, LOCK_EX), 0);
@@ -206,9 +193,10 @@ TEST_F(AppEnd, AnotherProcessorIsStatus3AndNoHelperIsStarted) {
   EXPECT_FALSE(fs::exists(stateFolder() / "helper.lock"));  // which every helper leaves behind
 }
 
-using AppState = AppTest;
+using AppState = AppWithHelperTest;
 
 TEST_F(AppState, TwoRunsInTwoFoldersNeverMeet) {
+  installHelper("other");
   const auto one = startHeadless({"--format", "csv", "--speed", "20", "--machine",
                                   recording({drawing(1000)}, 0x0100000C, "one")});
   const auto other = startHeadless({"--format", "csv", "--speed", "20", "--machine",
@@ -228,10 +216,11 @@ TEST_F(AppState, TwoRunsInTwoFoldersNeverMeet) {
 }
 
 TEST_F(AppState, AnInstalledFileThatIsNotTheHelperIsReplaced) {
-  fs::create_directories(helperPath().parent_path());
   std::ofstream(helperPath()) << "not a program";
-  const auto app = startHeadless({"--format", "csv", "--samples", "1", "--speed", "20"});
+  const auto app =
+      startHeadless({"--install-helper", "--format", "csv", "--samples", "1", "--speed", "20"});
   EXPECT_EQ(app->exitStatus(), 0);
+  EXPECT_EQ(textOf(helperPath()), textOf(embeddedHelper()));
 }
 
 TEST_F(AppState, ARunFollowsTheMachineOfItsOwnStart) {
@@ -254,7 +243,7 @@ TEST_F(AppState, ARelativeFolderIsFoundFromTheWorkingFolder) {
 }
 
 TEST_F(AppState, ByDefaultItLiesWhereTheEnvironmentSays) {
-  const Texts arguments = {"--headless", "--samples", "1", "--speed", "20"};
+  const Texts arguments = {"--headless", "--install-helper", "--samples", "1", "--speed", "20"};
   const auto first = start(arguments, {"XDG_STATE_HOME=" + (root_ / "x").string()});
   EXPECT_EQ(first->exitStatus(), 0);
   EXPECT_TRUE(fs::exists(root_ / "x/pallimo/simulation.json"));
@@ -330,14 +319,6 @@ TEST_F(AppRefusal, AStateFolderThatCannotBeUsedIsStatus2) {
   EXPECT_EQ(app->exitStatus(), 2);
   const std::string text = app->errorText();
   EXPECT_EQ(text.rfind("pallimo: the state folder's path is too long: ", 0), 0u) << text;
-}
-
-TEST_F(AppRefusal, AHelperThatCannotBeInstalledIsStatus2) {
-  fs::create_directories(helperPath());
-  const auto app = startHeadless({});
-  EXPECT_EQ(app->exitStatus(), 2);
-  EXPECT_EQ(app->errorText(), "pallimo: can't install the helper \"" + helperPath().string() +
-                                  "\": Is a directory\n");
 }
 
 TEST_F(AppRefusal, WithoutHeadlessThereIsNothingToSee) {

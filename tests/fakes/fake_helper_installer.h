@@ -4,33 +4,25 @@
 #pragma once
 
 #include <functional>
-#include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "ports/helper_installer.h"
 
 namespace pallimo::fakes {
 
-/// An administrator who answers as the test says: by default grants everything. Test's thread.
+/// A system that installs what it is told to, unless the test says otherwise. Test's thread.
 class FakeHelperInstaller final : public ports::HelperInstaller {
  public:
-  class Token final : public ports::AuthorizationToken {};
-
-  ports::AuthorizationAttempt attempt{0, std::make_shared<Token>()};
   bool blesses = true;
-  /// What the calls were, in order: "createAuthorization", "bless <label>".
+  /// What the calls were, in order: "bless <label>".
   std::vector<std::string> calls;
   /// The token of the last bless().
   const ports::AuthorizationToken* blessedWith = nullptr;
   /// Runs inside each call, after it was noted.
   std::function<void(const std::string&)> onCall;
-
-  ports::AuthorizationAttempt createAuthorization() override {
-    note("createAuthorization");
-    return attempt;
-  }
 
   bool bless(std::string_view label, const ports::AuthorizationToken& token) override {
     blessedWith = &token;

@@ -7,6 +7,7 @@
 #include "app/platform.h"
 #include "base/notification_centre.h"
 #include "fakes/fake_accelerator_registry.h"
+#include "fakes/fake_authorization_services.h"
 #include "fakes/fake_bundle.h"
 #include "fakes/fake_helper_connector.h"
 #include "fakes/fake_helper_installer.h"
@@ -15,6 +16,7 @@
 #include "fakes/fake_program_launcher.h"
 #include "fakes/fake_smc_device.h"
 #include "fakes/fake_system_controls.h"
+#include "fakes/manual_background_queue.h"
 #include "fakes/manual_clock.h"
 #include "fakes/manual_main_queue.h"
 #include "fakes/memory_user_defaults.h"
@@ -27,6 +29,7 @@ namespace pallimo::fakes {
 /// GPU until the test adds them.
 struct FakePlatform {
   ManualMainQueue mainQueue;
+  ManualBackgroundQueue backgroundQueue;
   base::NotificationCentre notifications;
   MemoryUserDefaults defaults;
   adapters::libplist::LibplistReader propertyLists;
@@ -37,6 +40,7 @@ struct FakePlatform {
   FakeProcessorTicks processorTicks;
   FakeProgramLauncher programLauncher;
   FakeHelperConnector helperConnector;
+  FakeAuthorizationServices authorizationServices;
   FakeHelperInstaller helperInstaller;
   FakeBundle bundle;
   ManualClock clock;
@@ -53,10 +57,24 @@ struct FakePlatform {
   void setCpuType(std::int32_t type) { systemControls.setInteger("hw.cputype", type); }
 
   app::Platform platform() {
-    return {mainQueue,      notifications,   defaults,        propertyLists,
-            systemControls, smcDevice,       hidSensors,      accelerators,
-            processorTicks, programLauncher, helperConnector, helperInstaller,
-            bundle,         clock,           console,         systemLog};
+    return {mainQueue,
+            backgroundQueue,
+            notifications,
+            defaults,
+            propertyLists,
+            systemControls,
+            smcDevice,
+            hidSensors,
+            accelerators,
+            processorTicks,
+            programLauncher,
+            helperConnector,
+            authorizationServices,
+            helperInstaller,
+            bundle,
+            clock,
+            console,
+            systemLog};
   }
 };
 

@@ -170,7 +170,7 @@ TEST_F(HeadlessEnd, NothingIsPrintedOrPressedAfterTheEnd) {
   queue().advance(60s);
   EXPECT_EQ(ending(), "0");
   EXPECT_EQ(output_.takeLines(), Lines{});
-  EXPECT_EQ(presses(), 0u);
+  EXPECT_EQ(installations(), 0u);
 }
 
 }  // namespace

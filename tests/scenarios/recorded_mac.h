@@ -21,9 +21,11 @@
 #include "app/general_model.h"
 #include "base/notification_centre.h"
 #include "base/text_format.h"
+#include "fakes/fake_authorization_services.h"
 #include "fakes/fake_bundle.h"
 #include "fakes/fake_helper_connector.h"
 #include "fakes/fake_helper_installer.h"
+#include "fakes/manual_background_queue.h"
 #include "fakes/manual_clock.h"
 #include "fakes/manual_main_queue.h"
 #include "fakes/memory_user_defaults.h"
@@ -133,6 +135,7 @@ class RecordedMac {
 
   app::Platform platform() {
     return {queue_,
+            backgroundQueue_,
             notifications_,
             defaults_,
             propertyLists_,
@@ -143,6 +146,7 @@ class RecordedMac {
             sensors_->processorTicks(),
             sensors_->programLauncher(),
             *followed_,
+            authorization_,
             installer_,
             bundle_,
             clock_,
@@ -169,9 +173,11 @@ class RecordedMac {
   }
 
   fakes::ManualMainQueue queue_;
+  fakes::ManualBackgroundQueue backgroundQueue_;
   base::NotificationCentre notifications_;
   fakes::MemoryUserDefaults defaults_;
   const adapters::libplist::LibplistReader propertyLists_;
+  fakes::FakeAuthorizationServices authorization_;
   fakes::FakeHelperInstaller installer_;
   fakes::FakeBundle bundle_;
   const fakes::ManualClock clock_;

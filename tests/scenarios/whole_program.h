@@ -10,6 +10,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "app/general_model.h"
@@ -31,6 +32,7 @@ class WholeProgram : public testing::Test {
 
   WholeProgram() {
     platform_.clock.set(std::chrono::system_clock::time_point(1772715753123ms));
+    platform_.backgroundQueue.runAtOnce();
     settings_.format = app::OutputFormat::csv;
   }
   ~WholeProgram() override { queue().run(); }
@@ -64,8 +66,15 @@ class WholeProgram : public testing::Test {
     queue().run();
   }
 
+  /// As always the link tells on a thread of its own.
   void helperDies() {
-    helper().interrupt();
+    std::thread([this] { helper().interrupt(); }).join();
+    queue().run();
+  }
+
+  /// A freshly installed helper answers the probe.
+  void probeIsAnswered(bool answer = true) {
+    helper().replyIsResponding(answer);
     queue().run();
   }
 
@@ -78,8 +87,8 @@ class WholeProgram : public testing::Test {
     return messages;
   }
 
-  /// How often the install button was pressed.
-  std::size_t presses() const {
+  /// How often an installation was begun.
+  std::size_t installations() const {
     const Lines lines = platform_.console.lines();
     return static_cast<std::size_t>(std::count(lines.begin(), lines.end(), "INSTALL HELPER"));
   }

@@ -4,6 +4,7 @@
 #include "adapters/linux/helper_installation.h"
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -13,6 +14,7 @@
 #include <cstring>
 #include <utility>
 
+#include "adapters/linux/listening_helper.h"
 #include "helper_link/protocol/xpc_protocol.h"
 
 namespace pallimo::adapters::linux {
@@ -23,8 +25,6 @@ constexpr mode_t kFolderMode = 0700;
 constexpr mode_t kHelperMode = 0755;
 
 using Complaint = std::optional<std::string>;
-
-class Token final : public ports::AuthorizationToken {};
 
 /// Owns a file descriptor.
 class Descriptor {
@@ -41,6 +41,25 @@ class Descriptor {
 
  private:
   const int number_;
+};
+
+/// One installation at a time: as long as it is held, what lies under the temporary name is ours.
+class FolderLock {
+ public:
+  explicit FolderLock(int folder)
+      : folder_(folder), isHeld_(::flock(folder, LOCK_EX | LOCK_NB) == 0) {}
+  ~FolderLock() {
+    // Closing the folder alone would leave the lock with a child that has not reached its exec.
+    if (isHeld_) ::flock(folder_, LOCK_UN);
+  }
+  FolderLock(const FolderLock&) = delete;
+  FolderLock& operator=(const FolderLock&) = delete;
+
+  bool isHeld() const { return isHeld_; }
+
+ private:
+  const int folder_;
+  const bool isHeld_;
 };
 
 std::string because(const std::string& what, const std::string& path) {
@@ -85,8 +104,7 @@ bool haveSameBytes(int one, int other) {
   }
 }
 
-/// The installed file is a plain one with the right mode and the same bytes as `built`, which is
-/// read from its beginning.
+/// The installed file is a plain one with the right mode and the same bytes as `built`.
 bool isInstalled(int built, int folder, const std::string& name) {
   const Descriptor installed(::openat(folder, name.c_str(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC));
   struct stat status = {};
@@ -94,7 +112,7 @@ bool isInstalled(int built, int folder, const std::string& name) {
   if (!S_ISREG(status.st_mode) || (status.st_mode & 07777) != kHelperMode) return false;
   struct stat builtStatus = {};
   if (::fstat(built, &builtStatus) != 0 || builtStatus.st_size != status.st_size) return false;
-  return haveSameBytes(built, installed.get());
+  return ::lseek(built, 0, SEEK_SET) == 0 && haveSameBytes(built, installed.get());
 }
 
 bool copyBytes(int from, int to) {
@@ -107,15 +125,12 @@ bool copyBytes(int from, int to) {
   }
 }
 
-/// A name of its own for every process, so that two of them never write into one file.
-std::string temporaryName(const std::string& name) {
-  return "." + name + "." + std::to_string(::getpid());
-}
+/// Always the same, so that what a killed installation leaves is removed by the next one.
+std::string temporaryName(const std::string& name) { return "." + name + ".new"; }
 
 /// Writes the copy beside its place and renames it into it.
 bool replace(int built, int folder, const std::string& name) {
   const std::string temporary = temporaryName(name);
-  ::unlinkat(folder, temporary.c_str(), 0);  // of a process that died and had our number
   bool isWritten = false;
   {
     const Descriptor copy(::openat(folder, temporary.c_str(),
@@ -163,13 +178,20 @@ Complaint HelperInstallation::install() const {
       ::open(folderPath.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
   if (!folder.isOpen()) return because("can't open the helper's folder", folderPath);
   if (const Complaint complaint = closeFolder(folder.get(), folderPath)) return complaint;
-  if (isInstalled(built.get(), folder.get(), name)) return std::nullopt;
-  if (!replace(built.get(), folder.get(), name)) return because("can't install the helper", target);
+  const FolderLock lock(folder.get());
+  if (!lock.isHeld()) return because("can't lock the helper's folder", folderPath);
+  ::unlinkat(folder.get(), temporaryName(name).c_str(), 0);
+  const auto putInPlace = [&] {
+    return isInstalled(built.get(), folder.get(), name) || replace(built.get(), folder.get(), name);
+  };
+  if (!putInPlace()) return because("can't install the helper", target);
+  // Also one of the same file: it may hang, or be about to remove itself.
+  if (!endListeningHelper(folder_.helperLock())) {
+    return "can't end the helper that runs for \"" + folder_.path() + "\"";
+  }
+  // A helper that had been told to uninstall itself may have removed the file as its last act.
+  if (!putInPlace()) return because("can't install the helper", target);
   return std::nullopt;
-}
-
-ports::AuthorizationAttempt HelperInstallation::createAuthorization() {
-  return {0, std::make_shared<Token>()};
 }
 
 bool HelperInstallation::bless(std::string_view label, const ports::AuthorizationToken&) {

@@ -13,19 +13,21 @@
 namespace pallimo::adapters::linux {
 
 /// Puts the helper that the build made into the state folder, where the app's launcher finds it.
-/// Nobody has to be asked: the folder is the user's own and so is the helper.
+/// Main thread.
 class HelperInstallation final : public ports::HelperInstaller {
  public:
   /// `builtHelper` is the absolute path of the helper that was built.
   HelperInstallation(std::string builtHelper, StateFolder folder, ports::SystemLog& log);
 
-  /// Installs the helper unless exactly this one is installed. The installed file is replaced
-  /// whole: whoever starts the helper meanwhile meets the old one or the new one. Never writes
-  /// through a symbolic link; the helper's folder is closed to other users. Returns what went
-  /// wrong, in one line fit for a user, or nothing.
+  /// Makes exactly this helper the installed one and the next to be started. The installed file is
+  /// left alone when it is the same, and otherwise replaced whole: whoever starts the helper
+  /// meanwhile meets the old one or the new one. Never writes through a symbolic link; the helper's
+  /// folder is closed to other users. A helper that listens is ended, whatever its file, also one
+  /// that hangs or is about to remove itself; its clients are interrupted. Of two installations at
+  /// once into one folder one is refused. Returns what went wrong, in one line fit for a user, or
+  /// nothing.
   std::optional<std::string> install() const;
 
-  ports::AuthorizationAttempt createAuthorization() override;
   /// install(); what went wrong stands in the system log.
   bool bless(std::string_view label, const ports::AuthorizationToken& token) override;
 

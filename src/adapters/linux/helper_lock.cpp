@@ -22,6 +22,15 @@ bool isStillAt(const std::string& path, int descriptor) {
          locked.st_dev == named.st_dev && locked.st_ino == named.st_ino;
 }
 
+/// Sets or takes away a lock of the other kind beside ours: the kernel can say who holds that one,
+/// which endListeningHelper() asks for.
+bool showHolder(int descriptor, short type) {
+  struct flock whole = {};
+  whole.l_type = type;
+  whole.l_whence = SEEK_SET;
+  return fcntl(descriptor, F_SETLK, &whole) == 0;
+}
+
 }  // namespace
 
 std::optional<HelperLock> HelperLock::take(const std::string& path) {
@@ -29,8 +38,11 @@ std::optional<HelperLock> HelperLock::take(const std::string& path) {
   constexpr int kTries = 3;
   for (int round = 0; round < kTries; ++round) {
     HelperLock lock(open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, kOwnerOnly));
-    if (lock.descriptor_ < 0 || flock(lock.descriptor_, LOCK_EX | LOCK_NB) != 0)
+    if (lock.descriptor_ < 0) return std::nullopt;
+    // In this order nobody ever has the lock and can't be named.
+    if (!showHolder(lock.descriptor_, F_WRLCK) || flock(lock.descriptor_, LOCK_EX | LOCK_NB) != 0) {
       return std::nullopt;
+    }
     if (isStillAt(path, lock.descriptor_)) return lock;
   }
   return std::nullopt;
@@ -38,6 +50,7 @@ std::optional<HelperLock> HelperLock::take(const std::string& path) {
 
 HelperLock::~HelperLock() {
   if (descriptor_ < 0) return;
+  showHolder(descriptor_, F_UNLCK);
   // Closing alone would leave the lock with a child that has not reached its exec.
   flock(descriptor_, LOCK_UN);
   close(descriptor_);

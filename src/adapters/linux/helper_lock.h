@@ -10,7 +10,8 @@ namespace pallimo::adapters::linux {
 
 /// What a helper holds as long as it is the one that listens. The lock goes with the process that
 /// holds it, however that ends; the file stays, since removing it would let two processes lock two
-/// files of one name.
+/// files of one name. A process takes it once at a time: letting a second one go would make the
+/// first look free to endListeningHelper().
 class HelperLock {
  public:
   /// Nothing when another process holds it or the file can't be had.

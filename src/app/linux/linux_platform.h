@@ -4,7 +4,6 @@
 #pragma once
 
 #include <memory>
-#include <optional>
 #include <string>
 
 #include "adapters/libplist/libplist_reader.h"
@@ -14,9 +13,14 @@
 #include "adapters/linux/state_folder.h"
 #include "adapters/linux/stream_console.h"
 #include "adapters/linux/syslog_log.h"
+#include "adapters/linux/user_authorization.h"
+#include "adapters/qt/qt_background_queue.h"
 #include "adapters/qt/qt_main_queue.h"
 #include "adapters/qt/qt_user_defaults.h"
 #include "adapters/qt/system_clock.h"
+#include "adapters/simulated/faults.h"
+#include "adapters/simulated/faulty_authorization_services.h"
+#include "adapters/simulated/faulty_helper_installer.h"
 #include "adapters/simulated/simulated_machine.h"
 #include "adapters/simulated/simulated_sensors.h"
 #include "app/make_platform.h"
@@ -28,13 +32,16 @@
 namespace pallimo::app::linux {
 
 /// The platform off macOS: the helper link, the system log and the console of this system, Qt's
-/// queue and settings, and a simulated Mac. Everything is checked and prepared by who makes it.
+/// queues and settings, and a simulated Mac with its faults. Everything is checked and prepared by
+/// who makes it; the helper is not installed.
 class LinuxPlatform final : public PlatformOwner {
  public:
   struct Parts {
     adapters::linux::StateFolder folder;
-    std::string builtHelper;  ///< absolute path of the helper that the build made
+    std::string bundle;          ///< absolute path of the bundle's folder
+    std::string embeddedHelper;  ///< absolute path of the bundle's helper
     adapters::simulated::SimulatedMachine machine;
+    adapters::simulated::Faults faults;
     adapters::qt::SystemClock::TimePoint start;
     double speed = 1;
     int consoleDescriptor = 1;
@@ -45,12 +52,10 @@ class LinuxPlatform final : public PlatformOwner {
   const Platform& platform() const override { return platform_; }
   void endLink() override;
 
-  /// Installs the helper that the build made; returns what went wrong, or nothing.
-  std::optional<std::string> installHelper() const { return installation_.install(); }
-
  private:
   const std::unique_ptr<ports::SystemControls> systemControls_;
   adapters::qt::QtMainQueue mainQueue_;
+  adapters::qt::QtBackgroundQueue backgroundQueue_;  // its tasks queue others on the main queue
   base::NotificationCentre notifications_;
   adapters::qt::QtUserDefaults defaults_;
   const adapters::qt::SystemClock clock_;
@@ -59,7 +64,10 @@ class LinuxPlatform final : public PlatformOwner {
   adapters::linux::StreamConsole console_;
   adapters::linux::SyslogLog systemLog_;
   adapters::linux::BuiltBundle bundle_;
+  adapters::linux::UserAuthorization authorization_;
+  adapters::simulated::FaultyAuthorizationServices faultyAuthorization_;
   adapters::linux::HelperInstallation installation_;
+  adapters::simulated::FaultyHelperInstaller faultyInstallation_;
   // The sensors follow what the connector delivers on the thread; the last one goes first.
   std::unique_ptr<base::SerialThread> delivery_;
   std::unique_ptr<adapters::linux::DBusHelperConnector> connector_;

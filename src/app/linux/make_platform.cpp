@@ -28,12 +28,17 @@ namespace simulated = adapters::simulated;
 using adapters::linux::StateFolder;
 using adapters::qt::SystemClock;
 
-/// The helper that the build made lies beside the app.
-std::variant<std::string, StartError> builtHelper() {
+/// The bundle of an app that was built is the folder that the app lies in.
+std::variant<std::string, StartError> bundleFolder() {
   std::error_code error;
   const fs::path self = fs::read_symlink("/proc/self/exe", error);
   if (error) return StartError{"can't find the app's own folder: " + error.message()};
-  return (self.parent_path() / helper_link::protocol::kMachServiceName).string();
+  return self.parent_path().string();
+}
+
+std::string embeddedHelper(const std::string& bundle) {
+  return bundle + "/Contents/Library/LaunchServices/" +
+         std::string(helper_link::protocol::kMachServiceName);
 }
 
 std::string quotedPath(const std::string& path) { return "\"" + simulated::oneLine(path) + "\""; }
@@ -77,7 +82,7 @@ class Start {
   explicit Start(const Options& options) : options_(options), start_(SystemClock::realNow()) {}
 
   std::variant<std::unique_ptr<PlatformOwner>, StartError> make() {
-    for (const auto step : {&Start::findFolder, &Start::findHelper, &Start::loadMachine,
+    for (const auto step : {&Start::findFolder, &Start::findBundle, &Start::loadMachine,
                             &Start::prepareFolder, &Start::makeOwner}) {
       if (auto error = (this->*step)()) return *std::move(error);
     }
@@ -88,7 +93,7 @@ class Start {
   using Problem = std::optional<StartError>;
 
   Problem findFolder() { return keep(linux::stateFolderPath(options_), folderPath_); }
-  Problem findHelper() { return keep(builtHelper(), builtHelper_); }
+  Problem findBundle() { return keep(bundleFolder(), bundle_); }
 
   Problem loadMachine() {
     if (auto error = keep(simulationFor(options_, start_), simulation_)) return error;
@@ -98,6 +103,11 @@ class Start {
   Problem prepareFolder() {
     const StateFolder folder(folderPath_);
     if (auto problem = prepareStateFolder(folder)) return StartError{*std::move(problem)};
+    auto faults = simulated::keptFaults(folder.simulationFile());
+    if (auto* error = std::get_if<simulated::SimulationError>(&faults)) {
+      return StartError{std::move(error->message)};
+    }
+    simulation_.faults = std::get<simulated::Faults>(std::move(faults));
     std::string problem = simulated::writeSimulation(folder.simulationFile(), simulation_);
     if (!problem.empty()) return StartError{std::move(problem)};
     // A path that is no UTF-8 can't be written down, and the stand-in would look elsewhere.
@@ -112,12 +122,9 @@ class Start {
 
   Problem makeOwner() {
     const int console = options_.headless ? STDERR_FILENO : STDOUT_FILENO;
-    auto owner = std::make_unique<linux::LinuxPlatform>(
-        linux::LinuxPlatform::Parts{StateFolder(folderPath_), builtHelper_, *std::move(machine_),
-                                    start_, options_.speed, console});
-    // The helper that the build made is the one that is installed, from the first start on.
-    if (auto problem = owner->installHelper()) return StartError{*std::move(problem)};
-    owner_ = std::move(owner);
+    owner_ = std::make_unique<linux::LinuxPlatform>(linux::LinuxPlatform::Parts{
+        StateFolder(folderPath_), bundle_, embeddedHelper(bundle_), *std::move(machine_),
+        simulation_.faults, start_, options_.speed, console});
     return std::nullopt;
   }
 
@@ -131,7 +138,7 @@ class Start {
   const Options& options_;
   const SystemClock::TimePoint start_;
   std::string folderPath_;
-  std::string builtHelper_;
+  std::string bundle_;
   simulated::Simulation simulation_;
   std::optional<simulated::SimulatedMachine> machine_;  // once it is loaded
   std::unique_ptr<PlatformOwner> owner_;

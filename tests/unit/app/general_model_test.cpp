@@ -109,6 +109,7 @@ TEST_F(GeneralModelTest, OwnsEveryModel) {
   EXPECT_NE(general.modelTemperature(), nullptr);
   EXPECT_NE(general.modelUtilization(), nullptr);
   EXPECT_NE(general.modelMainTitle(), nullptr);
+  EXPECT_NE(general.modelMoreButton(), nullptr);
   EXPECT_NE(general.sampleRows(), nullptr);
 }
 
@@ -147,6 +148,19 @@ TEST_F(GeneralModelTest, ReadsTheMachinesIdentity) {
 TEST_F(GeneralModelTest, TheManagerKnowsTheUtilisationModule) {
   const GeneralModel general(platform_.platform());
   EXPECT_EQ(general.xpcmanager()->utilizationModelDelegate(), general.modelUtilization());
+}
+
+TEST_F(GeneralModelTest, TheMenuHearsOfTheHelpersChanges) {
+  const GeneralModel general(platform_.platform());
+  int published = 0;
+  const auto subscription = general.modelMoreButton()->observe([&] { ++published; });
+  platform_.notifications.post(base::notification::kXPCDidInstall);
+  EXPECT_EQ(published, 0);
+  platform_.mainQueue.run();
+  EXPECT_EQ(published, 1);
+  platform_.notifications.post(base::notification::kXPCInstallError);
+  platform_.mainQueue.run();
+  EXPECT_EQ(published, 2);
 }
 
 TEST_F(GeneralModelTest, ASampleReachesEveryModuleBeforeTheRowIsTaken) {
@@ -217,6 +231,7 @@ TEST_F(GeneralModelTest, NoModelKeepsAnotherAlive) {
   const std::weak_ptr<modules::ModuleModelPower> power = general->modelPower();
   const std::weak_ptr<modules::ModuleModelUtilization> utilization = general->modelUtilization();
   const std::weak_ptr<modules::ModuleModelTemperature> temperature = general->modelTemperature();
+  const std::weak_ptr<modules::ModuleModelMoreButton> moreButton = general->modelMoreButton();
   const std::weak_ptr<logging::SampleRows> rows = general->sampleRows();
   general.reset();
   EXPECT_TRUE(engine.expired());
@@ -224,6 +239,7 @@ TEST_F(GeneralModelTest, NoModelKeepsAnotherAlive) {
   EXPECT_TRUE(power.expired());
   EXPECT_TRUE(utilization.expired());
   EXPECT_TRUE(temperature.expired());
+  EXPECT_TRUE(moreButton.expired());
   EXPECT_TRUE(rows.expired());
 }
 

@@ -98,12 +98,87 @@ TEST_F(ClientSessionTest, KeepsTheOrderOfEachClientApart) {
 TEST_F(ClientSessionTest, AnswersEveryRequestBeyondTheLimit) {
   for (int i = 0; i < 200; ++i) request(client);
   EXPECT_EQ(children.running(), 64U);
-  EXPECT_EQ(log.lines().size(), 136U);
+  EXPECT_EQ(log.lines().size(), 1U);
   for (std::size_t i = 0; i < 64; ++i) children.print(i, "document");
   ASSERT_EQ(client.results().size(), 200U);
   EXPECT_EQ(client.results()[63], "document");
   EXPECT_EQ(client.results()[64], kAbsent);
   EXPECT_EQ(client.results()[199], kAbsent);
+}
+
+/// A client that has sent a run and then as many requests that are refused.
+class ClientSessionBatchTest : public ClientSessionTest {
+ protected:
+  void refuse(int count) {
+    for (int i = 0; i < count; ++i) client.helper->requestPowermetrics(0, false);
+  }
+  std::size_t sent() const { return client.results().size(); }
+};
+
+TEST_F(ClientSessionBatchTest, AnswersNoMoreThanABatchBeforeTheQueueGetsATurn) {
+  request(client);
+  refuse(1000);
+  children.print(0, "first");
+  EXPECT_EQ(sent(), 1U + 256U);
+  EXPECT_EQ(mainQueue.queuedTasks(), 1U);
+  mainQueue.run();
+  EXPECT_EQ(sent(), 1U + 1000U);
+}
+
+TEST_F(ClientSessionBatchTest, LetsWhatIsQueuedComeBetweenTwoBatches) {
+  std::vector<std::size_t> sentBefore;
+  request(client);
+  refuse(600);
+  children.print(0, "first");
+  for (int i = 0; i < 2; ++i) mainQueue.async([&] { sentBefore.push_back(sent()); });
+  mainQueue.run();
+  EXPECT_EQ(sentBefore, (std::vector<std::size_t>{513, 513}));
+  EXPECT_EQ(sent(), 601U);
+}
+
+TEST_F(ClientSessionBatchTest, KeepsTheOrderAcrossBatches) {
+  request(client);
+  refuse(300);
+  request(client);
+  refuse(300);
+  children.print(1, "second");
+  children.print(0, "first");
+  mainQueue.run();
+  Results expected(602, kAbsent);
+  expected[0] = "first";
+  expected[301] = "second";
+  EXPECT_EQ(client.results(), expected);
+}
+
+TEST_F(ClientSessionBatchTest, HoldsALaterRunBackUntilTheRefusedBeforeItAreAnswered) {
+  request(client);
+  refuse(300);
+  request(client);
+  children.print(0, "first");
+  children.print(1, "second");
+  EXPECT_EQ(sent(), 257U);
+  mainQueue.run();
+  ASSERT_EQ(sent(), 302U);
+  EXPECT_EQ(client.results().back(), "second");
+}
+
+TEST_F(ClientSessionBatchTest, PutsRequestsThatAreRefusedMeanwhileBehind) {
+  request(client);
+  refuse(300);
+  children.print(0, "first");
+  refuse(50);
+  EXPECT_EQ(sent(), 257U);
+  mainQueue.run();
+  EXPECT_EQ(sent(), 351U);
+}
+
+TEST_F(ClientSessionBatchTest, StopsWhenTheClientGoes) {
+  request(client);
+  refuse(1000);
+  children.print(0, "first");
+  listener.disconnect(client);
+  mainQueue.run();
+  EXPECT_EQ(sent(), 257U);
 }
 
 TEST_F(ClientSessionTest, SharesTheLimitWithOtherClients) {
@@ -183,7 +258,7 @@ class ClientSessionNumberTest : public ClientSessionTest {
   }
 
   std::shared_ptr<ClientSession> session() {
-    return std::make_shared<ClientSession>(ClientSession::Services{*counting, {}}, "",
+    return std::make_shared<ClientSession>(ClientSession::Services{mainQueue, *counting, {}}, "",
                                            std::make_shared<fakes::FakeHelperPeer>());
   }
 

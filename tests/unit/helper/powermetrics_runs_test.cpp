@@ -111,6 +111,15 @@ TEST_F(PowermetricsRunsTest, RefuseABadPeriodWithoutAProcess) {
             Lines{"request refused: the sampling period is not within 1 to 3600000 ms"});
 }
 
+TEST_F(PowermetricsRunsTest, TellOfASeriesOfRefusalsInTwoLines) {
+  for (int i = 0; i < 3; ++i) start(0);
+  const auto run = start();
+  EXPECT_EQ(log.lines(),
+            (Lines{"request refused: the sampling period is not within 1 to 3600000 ms",
+                   "request refused: the sampling period is not within 1 to 3600000 ms "
+                   "(3 times)"}));
+}
+
 TEST_F(PowermetricsRunsTest, AreEndedAtOnceWhenDestroyed) {
   auto run = start();
   run.reset();

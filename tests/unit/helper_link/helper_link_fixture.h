@@ -13,10 +13,12 @@
 #include <vector>
 
 #include "base/notification_centre.h"
+#include "fakes/fake_authorization_services.h"
 #include "fakes/fake_bundle.h"
 #include "fakes/fake_helper_connector.h"
 #include "fakes/fake_helper_installer.h"
 #include "fakes/journal.h"
+#include "fakes/manual_background_queue.h"
 #include "fakes/manual_main_queue.h"
 #include "helper_link/delegates.h"
 #include "helper_link/xpc_client.h"
@@ -94,7 +96,7 @@ class HelperLinkFixture : public ::testing::Test {
     return {connector, bundle, notifications, systemLog, console};
   }
   XPCManager::Services managerServices(Processor processor = Processor::appleSilicon) {
-    return {clientServices(), mainQueue, installer, processor};
+    return {clientServices(), mainQueue, backgroundQueue, authorization, installer, processor};
   }
 
   /// What happened since the last call.
@@ -122,6 +124,8 @@ class HelperLinkFixture : public ::testing::Test {
   JournalSystemLog systemLog{journal};
   JournalConsole console{journal};
   fakes::ManualMainQueue mainQueue;
+  fakes::ManualBackgroundQueue backgroundQueue;
+  fakes::FakeAuthorizationServices authorization;
   fakes::FakeHelperInstaller installer;
 
   std::shared_ptr<JournalContent> content = std::make_shared<JournalContent>(journal);

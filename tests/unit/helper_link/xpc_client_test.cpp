@@ -329,6 +329,10 @@ class XPCClientVersion : public XPCClientTest {
   /// The verdict when the app embeds one version and the helper reports another.
   std::optional<bool> verdict(std::optional<std::string> embedded, const std::string& running) {
     bundle.embedHelper(std::move(embedded));
+    return verdict(running);
+  }
+  /// The verdict on what the app embeds already.
+  std::optional<bool> verdict(const std::string& running) {
     std::optional<bool> result;
     client().checkVersion([&](bool isSame) { result = isSame; }, manager);
     EXPECT_EQ(result, std::nullopt) << "answered before the helper did";
@@ -357,6 +361,33 @@ TEST_F(XPCClientVersion, PaddingDoesNotMatch) {
 TEST_F(XPCClientVersion, AnAbsentEmbeddedVersionMatchesNothing) {
   EXPECT_EQ(verdict(std::nullopt, "1.2"), false);
   EXPECT_EQ(verdict(std::nullopt, ""), false);
+}
+
+TEST_F(XPCClientVersion, TheEmbeddedHelperIsLookedUpWhereTheSystemInstallsFrom) {
+  client().checkVersion([](bool) {}, manager);
+  EXPECT_EQ(bundle.takeAsked(),
+            (Entries{"Contents/Library/LaunchServices/com.ostrovane.powermetrics"}));
+}
+
+TEST_F(XPCClientVersion, AnInfoDictionaryWithoutAVersionMatchesNothing) {
+  bundle.embedHelperWithInfo(base::PropertyList(
+      base::PropertyListDictionary{{"CFBundleVersion", base::PropertyList(std::string("1.2"))}}));
+  EXPECT_EQ(verdict("1.2"), false);
+}
+
+TEST_F(XPCClientVersion, AVersionThatIsNoTextMatchesNothing) {
+  for (const base::PropertyList& value :
+       {base::PropertyList(std::int64_t{1}), base::PropertyList(1.0), base::PropertyList(true),
+        base::PropertyList(base::Bytes{'1'}), base::PropertyList()}) {
+    bundle.embedHelperWithInfo(
+        base::PropertyList(base::PropertyListDictionary{{"CFBundleShortVersionString", value}}));
+    EXPECT_EQ(verdict("1"), false);
+  }
+}
+
+TEST_F(XPCClientVersion, AnInfoDictionaryThatIsNoDictionaryMatchesNothing) {
+  bundle.embedHelperWithInfo(base::PropertyList(std::string("1.2")));
+  EXPECT_EQ(verdict("1.2"), false);
 }
 
 TEST_F(XPCClientVersion, TheEmbeddedVersionIsReadBeforeTheHelperIsAsked) {

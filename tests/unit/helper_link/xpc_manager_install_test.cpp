@@ -18,7 +18,8 @@ class XPCManagerInstall : public test::HelperLinkFixture {
     manager->setContentModelDelegate(content);
     manager->setMorebuttonModelDelegate(moreButton);
     manager->setPowerMetricsModelDelegate(engine);
-    installer.onCall = [this](const std::string& call) { journal.add(call); };
+    authorization.onCall = [this](const std::string& call) { journal.add(call); };
+    installer.onCall = authorization.onCall;
   }
 
   static Entries asking() {
@@ -38,7 +39,7 @@ TEST_F(XPCManagerInstall, AsksTheAdministratorInstallsAndProbes) {
 
 TEST_F(XPCManagerInstall, InstallsWithTheAuthorisationItObtained) {
   manager->installHelper();
-  EXPECT_EQ(installer.blessedWith, installer.attempt.token.get());
+  EXPECT_EQ(installer.blessedWith, authorization.attempt.token.get());
 }
 
 TEST_F(XPCManagerInstall, ChangesNothingBeforeTheProbeIsAnswered) {
@@ -87,6 +88,38 @@ TEST_F(XPCManagerInstall, ARefusalWithdrawsTheAuthorisationAndEmptiesTheHistorie
   EXPECT_EQ(happened(), (Entries{"notice ClearData"}));
 }
 
+TEST_F(XPCManagerInstall, ARefusalLeavesTheNeedOfAnUpdate) {
+  manager->setUpdateNeeded(true);
+  installer.blesses = false;
+  manager->installHelper();
+  EXPECT_TRUE(manager->isUpdateNeeded());
+}
+
+TEST_F(XPCManagerInstall, AnInstallationAfterARefusalAuthorises) {
+  installer.blesses = false;
+  manager->installHelper();
+  connector.latest()->fireInvalidation();
+  installer.blesses = true;
+  manager->installHelper();
+  connector.latest()->replyIsResponding(true);
+  EXPECT_TRUE(manager->isAuthorized());
+}
+
+TEST_F(XPCManagerInstall, ASilentHelperChangesNothingHoweverLongItTakes) {
+  manager->installHelper();
+  forget();
+  mainQueue.advance(std::chrono::hours(24));
+  EXPECT_EQ(happened(), Entries{});
+  EXPECT_FALSE(manager->isAuthorized());
+}
+
+TEST_F(XPCManagerInstall, TheProbeOfAHelperThatDiesIsNeverAnswered) {
+  manager->installHelper();
+  connector.latest()->interrupt();
+  EXPECT_FALSE(connector.latest()->replyIsResponding(true));
+  EXPECT_FALSE(manager->isAuthorized());
+}
+
 TEST_F(XPCManagerInstall, AHelperThatAnswersAuthorisesEvenAfterARefusal) {
   installer.blesses = false;
   manager->installHelper();
@@ -111,11 +144,14 @@ class StandardErrorLog final : public ports::SystemLog {
 class XPCManagerInstallDeathTest : public XPCManagerInstall {
  protected:
   XPCManagerInstallDeathTest() {
-    installer.onCall = [](const std::string& call) {
+    authorization.onCall = [](const std::string& call) {
       std::fprintf(stderr, "call: %s\n", call.c_str());
     };
+    installer.onCall = authorization.onCall;
     XPCManager::Services services{{connector, bundle, notifications, standardError, console},
                                   mainQueue,
+                                  backgroundQueue,
+                                  authorization,
                                   installer,
                                   Processor::appleSilicon};
     manager = XPCManager::create(services);
@@ -130,7 +166,7 @@ class XPCManagerInstallDeathTest : public XPCManagerInstall {
 };
 
 TEST_F(XPCManagerInstallDeathTest, AFailedAuthorisationIsLoggedAndStopsTheProgram) {
-  installer.attempt = {-60005, nullptr};
+  authorization.attempt = {-60005, nullptr};
   expectFatalStop(
       "^call: createAuthorization\n"
       "log: \\[PWMJBS\\]: Authorization failed with status code -60005\n"
@@ -138,7 +174,7 @@ TEST_F(XPCManagerInstallDeathTest, AFailedAuthorisationIsLoggedAndStopsTheProgra
 }
 
 TEST_F(XPCManagerInstallDeathTest, AStatusStopsTheProgramEvenWithAToken) {
-  installer.attempt.status = 17;
+  authorization.attempt.status = 17;
   expectFatalStop(
       "^call: createAuthorization\n"
       "log: \\[PWMJBS\\]: Authorization failed with status code 17\n"
@@ -146,7 +182,7 @@ TEST_F(XPCManagerInstallDeathTest, AStatusStopsTheProgramEvenWithAToken) {
 }
 
 TEST_F(XPCManagerInstallDeathTest, AMissingTokenStopsTheProgramWithoutAStatusLine) {
-  installer.attempt = {0, nullptr};
+  authorization.attempt = {0, nullptr};
   expectFatalStop("^call: createAuthorization\nAuthorization not acquired\\.\n$");
 }
 

@@ -173,8 +173,14 @@ TEST_F(XPCManagerOnOtherProcessor, NeverContactsTheHelper) {
   manager->checkHelperAtStart(content);
   manager->requestPowermetrics(true, 500);
   manager->installHelper();
+  manager->uninstallHelper();
+  manager->updateHelper();
+  backgroundQueue.run();
+  mainQueue.advance(std::chrono::seconds(10));
   EXPECT_EQ(connector.count(), 0u);
+  EXPECT_TRUE(authorization.calls.empty());
   EXPECT_TRUE(installer.calls.empty());
+  expectFlags(false, false, false);
   EXPECT_EQ(happened(), Entries{});
 }
 
@@ -317,6 +323,25 @@ TEST_F(XPCManagerCheckAtStart, AnInterruptionLeavesTheHelperUnauthorisedUntilAno
   manager->checkHelperAtStart(content);
   answerWithVersion("1.0");
   EXPECT_TRUE(manager->isAuthorized());
+}
+
+TEST_F(XPCManagerCheckAtStart, ADifferentCaseOrPaddingOfTheVersionNeedsAnUpdate) {
+  bundle.embedHelper("1.0b");
+  for (const char* version : {"1.0B", "1.0b ", " 1.0b", "01.0b", "1.0b.0", ""}) {
+    manager->setUpdateNeeded(false);
+    check();
+    answerWithVersion(version);
+    EXPECT_TRUE(manager->isUpdateNeeded()) << version;
+    EXPECT_FALSE(manager->isAuthorized()) << version;
+  }
+}
+
+TEST_F(XPCManagerCheckAtStart, AnEmbeddedVersionThatIsNoTextNeedsAnUpdate) {
+  bundle.embedHelperWithInfo(base::PropertyList(
+      base::PropertyListDictionary{{"CFBundleShortVersionString", base::PropertyList(1.0)}}));
+  check();
+  answerWithVersion("1.0");
+  expectFlags(false, true, false);
 }
 
 }  // namespace

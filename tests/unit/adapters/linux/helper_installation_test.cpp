@@ -3,9 +3,14 @@
 
 #include "adapters/linux/helper_installation.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <signal.h>
 #include <stdlib.h>
+#include <sys/file.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
@@ -14,6 +19,7 @@
 #include <vector>
 
 #include "fakes/recording_lines.h"
+#include "unit/adapters/linux/lock_holder.h"
 
 namespace pallimo::adapters::linux {
 namespace {
@@ -170,34 +176,223 @@ TEST_F(HelperInstallationTest, AMissingBuildIsSaidAndTheInstalledHelperStays) {
   EXPECT_EQ(textOf(installed()), "the helper");
 }
 
-TEST_F(HelperInstallationTest, AnAuthorisationIsHadAtOnce) {
-  HelperInstallation installer = installation();
-  const ports::AuthorizationAttempt attempt = installer.createAuthorization();
-  EXPECT_EQ(attempt.status, 0);
-  EXPECT_NE(attempt.token, nullptr);
+using link_test::LockHolder;
+
+TEST_F(HelperInstallationTest, AHelperThatListensWhileItsFileIsReplacedIsEnded) {
+  installation().install();
+  LockHolder running(state().helperLock());
+  build("new helper");
+  EXPECT_EQ(installation().install(), std::nullopt);
+  EXPECT_EQ(running.endedBy(), SIGKILL);
 }
 
+TEST_F(HelperInstallationTest, AHelperThatHangsIsEndedToo) {
+  LockHolder running(state().helperLock(), LockHolder::Signals::isStopped);
+  EXPECT_EQ(installation().install(), std::nullopt);
+  EXPECT_EQ(running.endedBy(), SIGKILL);
+}
+
+TEST_F(HelperInstallationTest, AHelperOfTheSameFileIsEndedToo) {
+  installation().install();
+  LockHolder running(state().helperLock());
+  EXPECT_EQ(installation().install(), std::nullopt);
+  EXPECT_EQ(running.endedBy(), SIGKILL);
+}
+
+TEST_F(HelperInstallationTest, AHungHelperOfTheSameFileIsEndedToo) {
+  installation().install();
+  LockHolder running(state().helperLock(), LockHolder::Signals::isStopped);
+  EXPECT_EQ(installation().install(), std::nullopt);
+  EXPECT_EQ(running.endedBy(), SIGKILL);
+}
+
+TEST_F(HelperInstallationTest, AHelperThatCanNotBeEndedFailsTheNextInstallationToo) {
+  fs::create_symlink(root_ / "elsewhere", state().helperLock());
+  EXPECT_NE(installation().install(), std::nullopt);
+  EXPECT_EQ(installation().install(),
+            "can't end the helper that runs for \"" + state().path() + "\"");
+}
+
+TEST_F(HelperInstallationTest, AHelperThatRemovesItselfLeavesAnInstalledOne) {
+  for (int round = 0; round < 20; ++round) {
+    installation().install();
+    const LockHolder running(state().helperLock(), LockHolder::Signals::asUsual, installed());
+    EXPECT_EQ(installation().install(), std::nullopt);
+    EXPECT_EQ(textOf(installed()), "the helper");
+  }
+}
+
+fs::path temporaryFileIn(const fs::path& folder) {
+  return folder / ".com.ostrovane.powermetrics.new";
+}
+
+TEST_F(HelperInstallationTest, WhatAKilledInstallationLeftIsRemoved) {
+  fs::create_directory(folder());
+  std::ofstream(temporaryFileIn(folder())) << "half a hel";
+  EXPECT_EQ(installation().install(), std::nullopt);
+  EXPECT_EQ(textOf(installed()), "the helper");
+  EXPECT_EQ(namesInFolder(), std::vector<std::string>{"com.ostrovane.powermetrics"});
+}
+
+TEST_F(HelperInstallationTest, WhatAKilledInstallationLeftIsRemovedFromBesideTheSameHelper) {
+  installation().install();
+  std::ofstream(temporaryFileIn(folder())) << "half a hel";
+  EXPECT_EQ(installation().install(), std::nullopt);
+  EXPECT_EQ(namesInFolder(), std::vector<std::string>{"com.ostrovane.powermetrics"});
+}
+
+TEST_F(HelperInstallationTest, ALinkUnderTheTemporaryNameIsNotWrittenThrough) {
+  std::ofstream(root_ / "precious") << "precious";
+  fs::create_directory(folder());
+  fs::create_symlink(root_ / "precious", temporaryFileIn(folder()));
+  EXPECT_EQ(installation().install(), std::nullopt);
+  EXPECT_EQ(textOf(root_ / "precious"), "precious");
+  EXPECT_EQ(textOf(installed()), "the helper");
+}
+
+TEST_F(HelperInstallationTest, OfTwoInstallationsAtOnceOneIsRefused) {
+  installation().install();
+  build("new helper");
+  std::ofstream(temporaryFileIn(folder())) << "new h";
+  const int other = open(folder().c_str(), O_RDONLY | O_DIRECTORY);
+  ASSERT_EQ(flock(other, LOCK_EX), 0);
+  EXPECT_EQ(installation().install(), "can't lock the helper's folder \"" + folder().string() +
+                                          "\": Resource temporarily unavailable");
+  EXPECT_EQ(textOf(temporaryFileIn(folder())), "new h");
+  EXPECT_EQ(textOf(installed()), "the helper");
+  close(other);
+  EXPECT_EQ(installation().install(), std::nullopt);
+  EXPECT_EQ(textOf(installed()), "new helper");
+}
+
+TEST_F(HelperInstallationTest, AHelperGoesOnWhenTheInstallationFails) {
+  LockHolder running(state().helperLock());
+  fs::create_directories(installed());
+  EXPECT_NE(installation().install(), std::nullopt);
+  EXPECT_EQ(running.endedBy(), 0);
+}
+
+TEST_F(HelperInstallationTest, WhenTheListeningHelperCanNotBeFoundOutItIsSaid) {
+  fs::create_symlink(root_ / "elsewhere", state().helperLock());
+  EXPECT_EQ(installation().install(),
+            "can't end the helper that runs for \"" + state().path() + "\"");
+}
+
+TEST_F(HelperInstallationTest, NothingElseInTheStateFolderIsTouched) {
+  for (const auto& file :
+       {state().settingsFile(), state().simulationFile(), state().helperLock()}) {
+    std::ofstream(file) << "precious";
+  }
+  std::ofstream(state().path() + "/other") << "precious";
+  installation().install();
+  for (const auto& file : {state().settingsFile(), state().simulationFile(), state().helperLock(),
+                           state().path() + "/other"}) {
+    EXPECT_EQ(textOf(file), "precious");
+  }
+  EXPECT_EQ(std::distance(fs::directory_iterator(state().path()), {}), 5);
+}
+
+class Token final : public ports::AuthorizationToken {};
+
 TEST_F(HelperInstallationTest, BlessingInstalls) {
+  EXPECT_TRUE(installation().bless("com.ostrovane.powermetrics", Token()));
+  EXPECT_EQ(textOf(installed()), "the helper");
+  EXPECT_EQ(log_.lines(), std::vector<std::string>());
+}
+
+TEST_F(HelperInstallationTest, BlessingAgainInstallsAfterARemoval) {
   HelperInstallation installer = installation();
-  const auto token = installer.createAuthorization().token;
-  EXPECT_TRUE(installer.bless("com.ostrovane.powermetrics", *token));
+  EXPECT_TRUE(installer.bless("com.ostrovane.powermetrics", Token()));
+  fs::remove(installed());
+  EXPECT_TRUE(installer.bless("com.ostrovane.powermetrics", Token()));
   EXPECT_EQ(textOf(installed()), "the helper");
 }
 
 TEST_F(HelperInstallationTest, BlessingAnotherLabelIsRefused) {
-  HelperInstallation installer = installation();
-  const auto token = installer.createAuthorization().token;
-  EXPECT_FALSE(installer.bless("com.example.other", *token));
+  EXPECT_FALSE(installation().bless("com.example.other", Token()));
   EXPECT_FALSE(fs::exists(installed()));
 }
 
 TEST_F(HelperInstallationTest, ABlessingThatFailsSaysWhyInTheSystemLog) {
   fs::create_directories(installed());
-  HelperInstallation installer = installation();
-  const auto token = installer.createAuthorization().token;
-  EXPECT_FALSE(installer.bless("com.ostrovane.powermetrics", *token));
+  EXPECT_FALSE(installation().bless("com.ostrovane.powermetrics", Token()));
   EXPECT_EQ(log_.lines(), std::vector<std::string>{"can't install the helper \"" +
                                                    installed().string() + "\": Is a directory"});
+}
+
+/// While it lives no file can grow beyond a few bytes: a disk that is full.
+class FullDisk {
+ public:
+  FullDisk() {
+    before_ = signal(SIGXFSZ, SIG_IGN);
+    getrlimit(RLIMIT_FSIZE, &limit_);
+    const rlimit full = {4, limit_.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &full);
+  }
+  ~FullDisk() {
+    setrlimit(RLIMIT_FSIZE, &limit_);
+    signal(SIGXFSZ, before_);
+  }
+  FullDisk(const FullDisk&) = delete;
+  FullDisk& operator=(const FullDisk&) = delete;
+
+ private:
+  rlimit limit_ = {};
+  void (*before_)(int) = SIG_DFL;
+};
+
+TEST_F(HelperInstallationTest, AFullDiskRefusesInOneLineAndLeavesNothing) {
+  bool isBlessed = true;
+  {
+    const FullDisk full;
+    isBlessed = installation().bless("com.ostrovane.powermetrics", Token());
+  }
+  EXPECT_FALSE(isBlessed);
+  EXPECT_EQ(log_.lines(), std::vector<std::string>{"can't install the helper \"" +
+                                                   installed().string() + "\": File too large"});
+  EXPECT_EQ(namesInFolder(), std::vector<std::string>());
+}
+
+TEST_F(HelperInstallationTest, AFullDiskLeavesTheHelperThatWasInstalled) {
+  installation().install();
+  build("new helper");
+  {
+    const FullDisk full;
+    EXPECT_FALSE(installation().bless("com.ostrovane.powermetrics", Token()));
+  }
+  EXPECT_EQ(textOf(installed()), "the helper");
+  EXPECT_EQ(namesInFolder(), std::vector<std::string>{"com.ostrovane.powermetrics"});
+}
+
+/// Root may write everywhere, so while it lives we are somebody else.
+class OrdinaryUser {
+ public:
+  explicit OrdinaryUser(const fs::path& home) {
+    if (!wasRoot_) return;
+    EXPECT_EQ(chown(home.c_str(), kNobody, kNobody), 0);
+    for (const auto& entry : fs::recursive_directory_iterator(home)) {
+      EXPECT_EQ(chown(entry.path().c_str(), kNobody, kNobody), 0);
+    }
+    EXPECT_EQ(seteuid(kNobody), 0);
+  }
+  ~OrdinaryUser() {
+    if (!wasRoot_) return;
+    EXPECT_EQ(seteuid(0), 0);
+  }
+  OrdinaryUser(const OrdinaryUser&) = delete;
+  OrdinaryUser& operator=(const OrdinaryUser&) = delete;
+
+ private:
+  static constexpr uid_t kNobody = 65534;
+  const bool wasRoot_ = geteuid() == 0;
+};
+
+TEST_F(HelperInstallationTest, AReadOnlyStateFolderRefusesInOneLine) {
+  const OrdinaryUser user(root_);
+  fs::permissions(state().path(), fs::perms::owner_read | fs::perms::owner_exec);
+  EXPECT_FALSE(installation().bless("com.ostrovane.powermetrics", Token()));
+  EXPECT_EQ(log_.lines(), std::vector<std::string>{"can't make the helper's folder \"" +
+                                                   folder().string() + "\": Permission denied"});
 }
 
 }  // namespace

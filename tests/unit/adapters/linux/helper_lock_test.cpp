@@ -3,8 +3,12 @@
 
 #include "adapters/linux/helper_lock.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <signal.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include "unit/adapters/linux/link_fixture.h"
 
@@ -28,6 +32,30 @@ TEST(HelperLock, MovesWithItsHolder) {
   const HelperLock moved = std::move(*first);
   first.reset();
   EXPECT_FALSE(HelperLock::take(folder.state().helperLock()));
+}
+
+/// A process of which the kernel says that it holds the lock, before it has the lock itself.
+TEST(HelperLock, IsNotTakenWhileTheKernelNamesAnotherHolder) {
+  TemporaryFolder folder;
+  HelperLock::take(folder.state().helperLock()).reset();
+  int ready[2];
+  ASSERT_EQ(pipe(ready), 0);
+  const pid_t other = fork();
+  if (other == 0) {
+    struct flock whole = {};
+    whole.l_type = F_WRLCK;
+    const int file = open(folder.state().helperLock().c_str(), O_RDWR);
+    if (fcntl(file, F_SETLK, &whole) != 0 || write(ready[1], "y", 1) != 1) _exit(1);
+    for (;;) pause();
+  }
+  close(ready[1]);
+  char answer = 0;
+  EXPECT_EQ(read(ready[0], &answer, 1), 1);
+  EXPECT_FALSE(HelperLock::take(folder.state().helperLock()));
+  kill(other, SIGKILL);
+  waitpid(other, nullptr, 0);
+  EXPECT_TRUE(HelperLock::take(folder.state().helperLock()));
+  close(ready[0]);
 }
 
 TEST(HelperLock, ItsFileIsItsOwnersAlone) {
