@@ -19,7 +19,8 @@ namespace pallimo::app {
 /// Whoever draws it does so anew when the content model publishes, and after a press.
 class ContentView {
  public:
-  /// Creates the content model, which asks the helper whether it answers. Both outlive the view.
+  /// Creates the content model, which asks the helper whether it answers. Queue and models
+  /// outlive the view.
   ContentView(ports::MainQueue& mainQueue, GeneralModel& general);
 
   const std::shared_ptr<ContentModel>& contentModel() const { return contentModel_; }

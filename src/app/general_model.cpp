@@ -72,10 +72,7 @@ void GeneralModel::wire() {
 void GeneralModel::applicationWillTerminate() {
   // Elsewhere no helper was ever contacted, and none is started to be closed.
   if (processor_ != helper_link::Processor::appleSilicon) return;
-  helper_link::XPCClient& client = xpcmanager_->client();
-  // From here on the helper ends because we want it to, which is no loss to report.
-  if (const auto connection = client.connection()) connection->setInterruptionHandler(nullptr);
-  client.closeHelper();
+  xpcmanager_->client().closeHelper();
 }
 
 }  // namespace pallimo::app

@@ -11,8 +11,6 @@ namespace pallimo::app {
 
 namespace {
 
-using namespace std::chrono_literals;
-
 constexpr int kDone = 0;
 constexpr int kOutputFailed = 1;
 constexpr int kNotUsable = 3;
@@ -20,15 +18,18 @@ constexpr int kOutOfDate = 4;
 constexpr int kRefused = 5;
 constexpr int kLost = 6;
 
+// A busy helper's samples come once a second, but not to the millisecond.
+constexpr int kLooksBeforeAsking = 2;
+
 }  // namespace
 
 HeadlessRun::HeadlessRun(const Services& services, const Settings& settings,
                          std::function<void(RunEnd)> onEnd)
     : services_(services),
       settings_(settings),
-      mainThread_(std::this_thread::get_id()),
       onEnd_(std::move(onEnd)),
-      format_(makeHeadlessFormat(settings.format)) {}
+      format_(makeHeadlessFormat(settings.format)),
+      isWaiting_(!settings.installHelper) {}
 
 std::shared_ptr<HeadlessRun> HeadlessRun::create(const Services& services, const Settings& settings,
                                                  std::function<void(RunEnd)> onEnd) {
@@ -37,28 +38,24 @@ std::shared_ptr<HeadlessRun> HeadlessRun::create(const Services& services, const
 
 void HeadlessRun::start() {
   receiveRows();
-  if (settings_.installHelper) noticeRefusals();
+  if (settings_.installHelper) noticeLostAnswers();
   watchContent();
   services_.mainQueue.async([weak = weak_from_this()] {
     if (const auto self = weak.lock()) self->contentChanged();
   });
-  if (settings_.installHelper) {
-    startPressing();
-  } else {
-    later(nominal(kWaitingLimit),
-          [](HeadlessRun& run) { run.endUnlessLive(run_message::kNotUsable); });
-  }
+  lookLater();
 }
 
 void HeadlessRun::interrupt() {
   services_.mainQueue.async([weak = weak_from_this()] {
-    if (const auto self = weak.lock()) self->end(kDone);
+    if (const auto self = weak.lock()) self->userInterrupts();
   });
 }
 
 void HeadlessRun::later(std::chrono::milliseconds delay, std::function<void(HeadlessRun&)> task) {
   services_.mainQueue.after(delay, [weak = weak_from_this(), task = std::move(task)] {
-    if (const auto self = weak.lock()) task(*self);
+    const auto self = weak.lock();
+    if (self && !self->hasEnded_) task(*self);
   });
 }
 
@@ -78,17 +75,18 @@ void HeadlessRun::receiveRows() {
       });
 }
 
-/// A refused installation is announced on the main thread, which alone installs; the same notice
-/// from another thread is an interruption. The run ends when the installation has had its say.
-void HeadlessRun::noticeRefusals() {
+/// The notice does not say which connection was interrupted: that of an old helper, which the
+/// installation ends, takes no answer with it.
+void HeadlessRun::noticeLostAnswers() {
   ports::MainQueue& mainQueue = services_.mainQueue;
-  const auto refused = [&mainQueue, main = mainThread_, weak = weak_from_this()] {
-    if (std::this_thread::get_id() != main) return;
+  const auto interrupted = [&mainQueue, weak = weak_from_this()] {
     mainQueue.async([weak] {
-      if (const auto self = weak.lock()) self->end(kRefused, run_message::kRefused);
+      const auto self = weak.lock();
+      if (!self || !self->isWaiting_) return;
+      if (!self->services_.general.xpcmanager()->client().isProbeOpen()) self->isAnswerLost_ = true;
     });
   };
-  installError_ = services_.notifications.observe(base::notification::kXPCInstallError, refused);
+  lostAnswers_ = services_.notifications.observe(base::notification::kXPCInstallError, interrupted);
 }
 
 void HeadlessRun::watchContent() {
@@ -98,15 +96,9 @@ void HeadlessRun::watchContent() {
   });
 }
 
-void HeadlessRun::startPressing() {
-  if (hasEnded_) return;
-  pressTimer_ = services_.mainQueue.every(nominal(kPressInterval), [weak = weak_from_this()] {
-    if (const auto self = weak.lock()) self->pressIfShown();
-  });
-}
-
 void HeadlessRun::print(const logging::LogRow& row) {
   if (hasEnded_) return;
+  silentLooks_ = 0;
   switch (services_.output.write(format_->format(row))) {
     case SampleOutput::State::open:
       break;
@@ -124,47 +116,83 @@ void HeadlessRun::contentChanged() {
   const MainContent shown = contentView_->content();
   const bool wasLive = std::exchange(isLive_, shown == MainContent::live);
   if (shown == MainContent::refusal) return end(kNotUsable, run_message::kWrongProcessor);
-  if (isLive_) isWaitingForAnswer_ = false;
+  if (isLive_) isWaiting_ = false;
+  if (isLive_ && !wasLive) silentLooks_ = 0;
   if (isLive_ || settings_.installHelper) return;
   if (wasLive) return end(kLost, run_message::kLost);
   if (shown == MainContent::update) end(kOutOfDate, run_message::kOutOfDate);
 }
 
-void HeadlessRun::pressIfShown() {
-  if (hasEnded_) return;
-  const std::optional<MainContent> pressed = contentView_->press();
-  if (pressed == MainContent::update) {
-    pauseForUpdate();
-    waitForAnswer(helper_link::XPCManager::kInstallationDelay);
-  } else if (pressed && !isWaitingForAnswer_) {
-    waitForAnswer(0ms);
-  }
+void HeadlessRun::lookLater() {
+  later(nominal(kLookInterval), [](HeadlessRun& run) { run.look(); });
 }
 
-void HeadlessRun::pauseForUpdate() {
-  pressTimer_.reset();
-  later(helper_link::XPCManager::kInstallationDelay, [](HeadlessRun& run) { run.startPressing(); });
-}
-
-void HeadlessRun::waitForAnswer(std::chrono::milliseconds untilInstallation) {
-  isWaitingForAnswer_ = true;
-  const std::uint64_t wait = ++waits_;
-  later(untilInstallation + nominal(kWaitingLimit), [wait](HeadlessRun& run) {
-    if (!run.isWaitingForAnswer_ || run.waits_ != wait) return;
-    run.endUnlessLive(run_message::kStillNotUsable);
-  });
-}
-
-void HeadlessRun::endUnlessLive(std::string_view message) {
+void HeadlessRun::look() {
   contentChanged();
-  if (!isLive_) end(kNotUsable, message);
+  if (!hasEnded_) act();
+  if (!hasEnded_ && !isUpdating_) lookLater();
+}
+
+void HeadlessRun::act() {
+  if (isLive_) return watchForSilence();
+  if (isWaiting_) waitForHelper();
+  if (!hasEnded_ && (!isWaiting_ || isAnswerLost_)) press();
+}
+
+void HeadlessRun::watchForSilence() {
+  // The last sign of life came between two looks: the fifth look may be four seconds away from it.
+  if (++silentLooks_ > kWaitingLimit) return end(kNotUsable, run_message::kSilent);
+  if (silentLooks_ >= kLooksBeforeAsking) askForSignOfLife();
+}
+
+void HeadlessRun::askForSignOfLife() {
+  ports::MainQueue& mainQueue = services_.mainQueue;
+  const auto answered = [&mainQueue, weak = weak_from_this()](bool isResponding) {
+    if (!isResponding) return;
+    mainQueue.async([weak] {
+      const auto self = weak.lock();
+      if (self && self->isLive_) self->silentLooks_ = 0;
+    });
+  };
+  services_.general.xpcmanager()->client().askIsResponding(answered);
+}
+
+void HeadlessRun::waitForHelper() {
+  if (++silentLooks_ < kWaitingLimit) return;
+  end(kNotUsable, settings_.installHelper ? run_message::kStillNotUsable : run_message::kNotUsable);
+}
+
+void HeadlessRun::press() {
+  if (contentView_->press() != MainContent::update) return installationRan();
+  isUpdating_ = true;
+  // Queued after the manager's own task of the same delay, so that it runs after that one.
+  later(helper_link::XPCManager::kInstallationDelay, [](HeadlessRun& run) { run.updateRan(); });
+}
+
+void HeadlessRun::installationRan() {
+  if (services_.general.xpcmanager()->isInstallationRefused()) {
+    return end(kRefused, run_message::kRefused);
+  }
+  if (!std::exchange(isWaiting_, true)) silentLooks_ = 0;
+  isAnswerLost_ = false;
+}
+
+void HeadlessRun::updateRan() {
+  isUpdating_ = false;
+  if (isInterrupted_) return end(kDone);
+  installationRan();
+  if (!hasEnded_) lookLater();
+}
+
+void HeadlessRun::userInterrupts() {
+  if (isUpdating_ && !std::exchange(isInterrupted_, true)) return;
+  end(kDone);
 }
 
 void HeadlessRun::end(int status, std::string_view message) {
   if (std::exchange(hasEnded_, true)) return;
-  pressTimer_.reset();
   contentChange_.cancel();
-  installError_.cancel();
+  lostAnswers_.cancel();
   if (const auto onEnd = std::exchange(onEnd_, nullptr)) onEnd({status, std::string(message)});
 }
 

@@ -4,6 +4,7 @@
 #include "helper_link/authorization.h"
 
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace pallimo::helper_link {
@@ -37,8 +38,8 @@ std::optional<Authorization::Error> Authorization::executeWithPrivileges(
     if (attempt.status != 0) return Error{Error::Kind::creationFailed, attempt.status};
     authorizationRef_ = std::move(attempt.token);
   }
-  const std::vector<std::string> pieces = splitAtSpaces(commandLine);
   if (!authorizationRef_) return Error{Error::Kind::copyingRightFailed, kInvalidReference};
+  const std::vector<std::string> pieces = splitAtSpaces(commandLine);
   const std::int32_t copied =
       services_.copyRight(*authorizationRef_, kAdministratorRight, kCopyingFlags);
   if (copied != 0) return Error{Error::Kind::copyingRightFailed, copied};

@@ -102,7 +102,15 @@ void XPCClient::askIsResponding(std::function<void(bool)> completion) {
 }
 
 void XPCClient::isResponding() {
-  askIsResponding([client = shared_from_this()](bool isResponding) {
+  const auto asked = connection();
+  const auto helper = asked ? asked->remoteObjectProxy() : nullptr;
+  {
+    base::MutexLock lock(mutex_);
+    probed_ = helper ? asked : nullptr;
+  }
+  if (!helper) return;
+  const std::weak_ptr<ports::HelperConnection> probed = asked;
+  helper->isResponding([client = shared_from_this(), probed](bool isResponding) {
     if (isResponding) {
       if (auto manager = client->manager()) {
         manager->setUpdateNeeded(false);
@@ -110,8 +118,14 @@ void XPCClient::isResponding() {
       }
       client->services_.notifications.post(base::notification::kXPCDidInstall);
     }
-    client->dropConnection();
+    // By name: whoever heard the announcement may have opened the next connection already.
+    client->dropConnection(probed);
   });
+}
+
+bool XPCClient::isProbeOpen() const {
+  base::MutexLock lock(mutex_);
+  return connection_ && connection_ == probed_.lock();
 }
 
 void XPCClient::uninstall(std::function<void(bool)> completion) {
@@ -137,7 +151,11 @@ void XPCClient::checkVersion(std::function<void(bool)> completion,
 }
 
 void XPCClient::closeHelper() {
-  if (auto helper = proxy()) helper->closeHelper();
+  const auto last = connection();
+  const auto helper = last ? last->remoteObjectProxy() : nullptr;
+  if (!helper) return;
+  last->setInterruptionHandler(nullptr);
+  helper->closeHelper();
 }
 
 void XPCClient::powermetricsResult(std::optional<base::Bytes> document) {
@@ -173,8 +191,8 @@ void XPCClient::dropConnection() {
   if (dropped) end(*dropped);
 }
 
-void XPCClient::dropConnection(const std::weak_ptr<ports::HelperConnection>& failed) {
-  const auto dropped = failed.lock();
+void XPCClient::dropConnection(const std::weak_ptr<ports::HelperConnection>& named) {
+  const auto dropped = named.lock();
   if (!dropped) return;
   {
     base::MutexLock lock(mutex_);

@@ -55,14 +55,20 @@ class XPCClient final : public protocol::ClientProtocol,
   /// The start-up check's question; the reply comes on the executor, or never.
   void askIsResponding(std::function<void(bool)> completion);
   /// The probe after an installation: announces a helper that answers, then drops the connection
-  /// whatever the answer, so that the next call meets the freshly installed helper.
+  /// that was asked whatever the answer, so that a later call meets the freshly installed helper.
+  /// A connection that was opened meanwhile stays. What is sent between announcement and drop, as
+  /// the first request may be, still goes over the connection that is about to be dropped: its
+  /// result is lost, and the first sample then comes a second later.
   void isResponding();
+  /// Whether the last probe can still be answered: the connection that was asked stands.
+  bool isProbeOpen() const;
   /// Drops the connection, opens a fresh one and tells the helper to remove itself. The completion
   /// learns whether the message was sent, not whether the removal succeeded.
   void uninstall(std::function<void(bool)> completion);
   /// Reports whether the helper's version equals that of the embedded helper, to the letter.
   void checkVersion(std::function<void(bool)> completion, std::weak_ptr<XPCManager> manager);
-  /// Tells the helper to stop, over a connection that is made if there is none.
+  /// Tells the helper to stop, over a connection that is made if there is none. From here on the
+  /// helper ends because it is told to: that connection reports no interruption any more.
   void closeHelper();
 
   void powermetricsResult(std::optional<base::Bytes> document) override;
@@ -77,7 +83,7 @@ class XPCClient final : public protocol::ClientProtocol,
   void connetionInterruptionHandler(const std::weak_ptr<ports::HelperConnection>& failed);
   void connectionInvalidationHandler(const std::weak_ptr<ports::HelperConnection>& failed);
   void dropConnection();
-  void dropConnection(const std::weak_ptr<ports::HelperConnection>& failed);
+  void dropConnection(const std::weak_ptr<ports::HelperConnection>& named);
   std::shared_ptr<XPCManager> manager() const;
 
   const Services services_;
@@ -85,6 +91,7 @@ class XPCClient final : public protocol::ClientProtocol,
   mutable base::Mutex mutex_;
   std::weak_ptr<XPCManager> delegate_ PALLIMO_GUARDED_BY(mutex_);
   std::shared_ptr<ports::HelperConnection> connection_ PALLIMO_GUARDED_BY(mutex_);
+  std::weak_ptr<ports::HelperConnection> probed_ PALLIMO_GUARDED_BY(mutex_);
   /// Never assigned: one connection carries both directions.
   std::shared_ptr<ports::HelperConnection> connection2_ PALLIMO_GUARDED_BY(mutex_);
 };

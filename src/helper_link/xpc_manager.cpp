@@ -95,9 +95,22 @@ void XPCManager::applyAuthorization() {
       notices.post(base::notification::kClearData);
     });
   }
-  if (auto engine = powerMetricsModelDelegate()) engine->setAuthorized(isAuthorized_);
+  tellEngine();
   publishContent();
   if (auto menu = morebuttonModelDelegate()) menu->notifyChange();
+}
+
+void XPCManager::tellEngine() {
+  const auto engine = powerMetricsModelDelegate();
+  if (!engine) return;
+  // Looked at again afterwards: a re-evaluation on another thread may have told the engine between
+  // the look and the call, and the older word would stand until the next re-evaluation.
+  for (bool told = isAuthorized_;;) {
+    engine->setAuthorized(told);
+    const bool now = isAuthorized_;
+    if (now == told) return;
+    told = now;
+  }
 }
 
 void XPCManager::requestPowermetrics(bool includeGPU, double msSampling) {
@@ -143,7 +156,8 @@ void XPCManager::installHelper() {
                                      std::to_string(attempt.status));
   }
   if (attempt.status != 0 || !attempt.token) base::fatal("Authorization not acquired.");
-  if (!services_.installer.bless(protocol::kMachServiceName, *attempt.token)) {
+  isInstallationRefused_ = !services_.installer.bless(protocol::kMachServiceName, *attempt.token);
+  if (isInstallationRefused_) {
     services_.client.notifications.post(base::notification::kXPCInstallError);
   }
   client_->isResponding();

@@ -72,6 +72,9 @@ class XPCManager final : public SamplingGate, public std::enable_shared_from_thi
   /// Obtains the administrator's consent, installs the embedded helper and probes it. Main thread.
   /// Stops the program when no authorisation can be had at all.
   void installHelper();
+  /// Whether the last installHelper() could not install: declined by the administrator, or failed.
+  /// Main thread.
+  bool isInstallationRefused() const { return isInstallationRefused_; }
 
   /// Stops sampling and, a second later, tells the helper over a fresh connection to remove itself.
   /// The panels stay, without new samples, until the connection is interrupted. Any thread.
@@ -87,6 +90,7 @@ class XPCManager final : public SamplingGate, public std::enable_shared_from_thi
   void helperDidInstall();
   void helperInstallError();
   void applyAuthorization();
+  void tellEngine();
   void checkVersionAtStart();
   void finishCheckAtStart(bool isSameVersion);
   void scheduleRemoval();
@@ -107,6 +111,9 @@ class XPCManager final : public SamplingGate, public std::enable_shared_from_thi
   std::atomic<bool> isRequestedToUninstall_ = false;
   std::atomic<bool> isUpdateNeeded_ = false;
   std::atomic<bool> isAuthorized_ = false;
+
+  // Owned by the main thread.
+  bool isInstallationRefused_ = false;
 
   base::Subscription didInstall_;
   base::Subscription installError_;

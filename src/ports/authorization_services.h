@@ -12,7 +12,8 @@
 
 namespace pallimo::ports {
 
-/// An administrator's consent, as the system keeps it. Nobody looks inside.
+/// An administrator's consent, as the system keeps it. Nobody looks inside. Destroying the token
+/// does not free what the system keeps: the app never gives a consent back.
 class AuthorizationToken {
  public:
   virtual ~AuthorizationToken() = default;
@@ -30,7 +31,7 @@ class AuthorizationServices {
  public:
   virtual ~AuthorizationServices() = default;
 
-  /// An authorisation without rights and environment, with the flags of `kAuthorizationDefaults`.
+  /// An authorisation without rights and environment, with flags 0.
   virtual AuthorizationAttempt createAuthorization() = 0;
   /// Extends the authorisation by one right, asking the administrator as the flags say.
   virtual std::int32_t copyRight(const AuthorizationToken& token, std::string_view right,

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include <algorithm>
 #include <chrono>
 #include <cstdint>
 #include <deque>
@@ -51,12 +52,19 @@ class ManualMainQueue final : public ports::MainQueue {
   void advance(std::chrono::milliseconds by) {
     run();
     const auto end = now() + by;
-    while (runNextDue(end)) run();
+    while (runNextDue(std::max(end, now()))) run();
     {
       base::MutexLock lock(mutex_);
-      now_ = end;
+      now_ = std::max(now_, end);
     }
     run();
+  }
+
+  /// Time goes by while the main thread is busy: called from within a task, moves the clock and
+  /// runs nothing. What is due meanwhile runs late, a repeating timer once.
+  void keepBusy(std::chrono::milliseconds by) {
+    base::MutexLock lock(mutex_);
+    now_ += by;
   }
 
   std::chrono::milliseconds now() const {
@@ -126,12 +134,12 @@ class ManualMainQueue final : public ports::MainQueue {
         if (delayed == delayed_.end() || entry->due < delayed->due) delayed = entry;
       }
       if (delayed != delayed_.end() && (!timer || delayed->due <= timer->due)) {
-        now_ = delayed->due;
+        now_ = std::max(now_, delayed->due);
         task = std::move(delayed->task);
         delayed_.erase(delayed);
       } else if (timer) {
-        now_ = timer->due;
-        timer->due += timer->interval;
+        now_ = std::max(now_, timer->due);
+        while (timer->due <= now_) timer->due += timer->interval;
         task = timer->tick;
       } else {
         return false;

@@ -12,10 +12,7 @@ using HeadlessEnd = WholeProgram;
 
 TEST_F(HeadlessEnd, WithoutACountTheRunGoesOn) {
   startWithUsableHelper();
-  for (int sample = 0; sample < 100; ++sample) {
-    helperSends();
-    queue().advance(1s);
-  }
+  sampleFor(100);
   EXPECT_EQ(ending(), "running");
 }
 
@@ -98,7 +95,7 @@ TEST_F(HeadlessEnd, AHelperThatAnswersInTimeIsNotWaitedForAgain) {
   start();
   queue().advance(4999ms);
   helperAnswers();
-  queue().advance(60s);
+  sampleFor(60);
   EXPECT_EQ(ending(), "running");
 }
 
@@ -157,6 +154,97 @@ TEST_F(HeadlessEnd, AHelperThatCameAndWentBeforeAnybodyLookedIsStatus3WhenTheLim
   EXPECT_EQ(ending(), "running");
   queue().advance(5s);
   EXPECT_EQ(ending().substr(0, 1), "3");
+}
+
+TEST_F(HeadlessEnd, AUsableHelperThatIsSilentIsStatus3AtTheSixthLook) {
+  startWithUsableHelper();
+  helperSends();
+  queue().advance(5999ms);
+  EXPECT_EQ(ending(), "running");
+  queue().advance(1ms);
+  EXPECT_EQ(ending(), kSilent);
+}
+
+TEST_F(HeadlessEnd, AUsableHelperThatIsSilentIsStatus3AlsoWithTheButton) {
+  settings_.installHelper = true;
+  startWithUsableHelper();
+  queue().advance(6s);
+  EXPECT_EQ(ending(), kSilent);
+  EXPECT_EQ(installations(), 0u);
+}
+
+TEST_F(HeadlessEnd, TheLimitOfSilenceIsRealTimeInAFasterRun) {
+  settings_.speed = 20;
+  startWithUsableHelper();
+  queue().advance(119'999ms);
+  EXPECT_EQ(ending(), "running");
+  queue().advance(1ms);
+  EXPECT_EQ(ending(), kSilent);
+}
+
+TEST_F(HeadlessEnd, EverySampleBeginsTheSilenceAnew) {
+  startWithUsableHelper();
+  for (int sample = 0; sample < 10; ++sample) {
+    helperSends();
+    queue().advance(5s);
+  }
+  EXPECT_EQ(ending(), "running");
+}
+
+TEST_F(HeadlessEnd, AHelperThatSamplesIsAskedNothing) {
+  startWithUsableHelper();
+  messagesSent();
+  sampleFor(60);
+  EXPECT_EQ(questionsSent(), 0u);
+}
+
+TEST_F(HeadlessEnd, ASilentHelperIsAskedEverySecondFromTheSecondOn) {
+  startWithUsableHelper();
+  messagesSent();
+  queue().advance(1999ms);
+  EXPECT_EQ(questionsSent(), 0u);
+  queue().advance(1ms);
+  EXPECT_EQ(questionsSent(), 1u);
+  queue().advance(3s);
+  EXPECT_EQ(questionsSent(), 3u);
+}
+
+TEST_F(HeadlessEnd, AHelperThatRespondsIsNotSilentHoweverLongItsRunsTake) {
+  startWithUsableHelper();
+  for (int second = 0; second < 60; ++second) {
+    queue().advance(1s);
+    helper().replyIsResponding(true);
+    if (second % 10 == 0) helper().sendResult(std::nullopt);
+  }
+  EXPECT_EQ(ending(), "running");
+}
+
+TEST_F(HeadlessEnd, AHelperThatAnswersNoWhileSamplingIsStatus3) {
+  startWithUsableHelper();
+  for (int second = 0; second < 6; ++second) {
+    queue().advance(1s);
+    helper().replyIsResponding(false);
+  }
+  EXPECT_EQ(ending(), kSilent);
+}
+
+TEST_F(HeadlessEnd, AHelperThatIsGoneWithoutAnInterruptionIsStatus3) {
+  startWithUsableHelper();
+  for (int second = 0; second < 6; ++second) {
+    helper().fireInvalidation();
+    queue().advance(1s);
+  }
+  EXPECT_EQ(ending(), kSilent);
+}
+
+TEST_F(HeadlessEnd, AHelperThatGoesOnInTimeLosesNothing) {
+  startWithUsableHelper();
+  helperSends();
+  queue().advance(5s);
+  for (int late = 0; late < 5; ++late) helperSends();
+  EXPECT_EQ(output_.takeLines().size(), 7u);  // one of them the header
+  sampleFor(10);
+  EXPECT_EQ(ending(), "running");
 }
 
 TEST_F(HeadlessEnd, NothingIsPrintedOrPressedAfterTheEnd) {

@@ -6,9 +6,6 @@
 namespace pallimo::scenarios {
 namespace {
 
-const std::string kStillNotUsable =
-    "3: the helper does not answer, 5 seconds after its installation; the system log may say why";
-
 /// A run whose button is pressed and which finds an old helper.
 class UpdateButton : public WholeProgram {
  protected:
@@ -72,7 +69,7 @@ TEST_F(UpdateButton, BringsTheSamplesOfTheNewHelper) {
   probeIsAnswered();
   helperSends();
   EXPECT_EQ(output_.takeLines().size(), 2u);
-  queue().advance(60s);
+  sampleFor(60);
   EXPECT_EQ(installations(), 1u);
   EXPECT_EQ(ending(), "running");
 }
@@ -85,8 +82,18 @@ TEST_F(UpdateButton, TheInstallScreenThatIsShownMeanwhileIsLeftAlone) {
   EXPECT_EQ(installations(), 1u);
 }
 
-TEST_F(UpdateButton, TheInstallButtonIsPressedOneSecondAfterAnInstallationWithoutAnAnswer) {
+TEST_F(UpdateButton, TheInstallButtonIsLeftAloneWhileTheNewHelpersAnswerIsAwaited) {
   untilInstalled();
+  queue().advance(4999ms);
+  EXPECT_EQ(installations(), 1u);
+  probeIsAnswered();
+  sampleFor(10);
+  EXPECT_EQ(ending(), "running");
+}
+
+TEST_F(UpdateButton, TheInstallButtonIsPressedOneSecondAfterAnInstallationWhoseAnswerIsLost) {
+  untilInstalled();
+  helperDies();
   queue().advance(999ms);
   EXPECT_EQ(installations(), 1u);
   queue().advance(1ms);
@@ -99,6 +106,7 @@ TEST_F(UpdateButton, TheInstallButtonIsPressedOneRealSecondLaterInAFasterRun) {
   queue().advance(21s);
   helperDies();
   queue().advance(1s);
+  helperDies();
   EXPECT_EQ(installations(), 1u);
   queue().advance(19'999ms);
   EXPECT_EQ(installations(), 1u);
@@ -119,7 +127,7 @@ TEST_F(UpdateButton, ARefusalTwoSecondsAfterThePressIsStatus5) {
   queue().advance(2999ms);
   EXPECT_EQ(ending(), "running");
   queue().advance(1ms);
-  EXPECT_EQ(ending(), "5: the installation of the helper was refused; start again and allow it");
+  EXPECT_EQ(ending(), kRefusal);
 }
 
 TEST_F(UpdateButton, AWithheldAuthorisationStopsTheProgramTwoSecondsAfterThePress) {
@@ -146,6 +154,27 @@ TEST_F(UpdateButton, TheNewHelperIsWaitedForFiveRealSecondsInAFasterRun) {
   EXPECT_EQ(ending(), kStillNotUsable);
 }
 
+TEST_F(UpdateButton, TheFiveSecondsBeginAtTheEndOfAnInstallationThatTakesLong) {
+  installationsTake(30s);
+  untilInstalled();
+  queue().advance(4999ms);
+  EXPECT_EQ(ending(), "running");
+  queue().advance(1ms);
+  EXPECT_EQ(ending(), kStillNotUsable);
+}
+
+TEST_F(UpdateButton, ANewHelperThatAnswersAfterALongInstallationIsUsed) {
+  installationsTake(30s);
+  untilInstalled();
+  EXPECT_EQ(ending(), "running");
+  probeIsAnswered();
+  helperSends();
+  EXPECT_EQ(output_.takeLines().size(), 2u);
+  sampleFor(10);
+  EXPECT_EQ(ending(), "running");
+  EXPECT_EQ(installations(), 1u);
+}
+
 TEST_F(UpdateButton, ANewHelperThatIsLostIsInstalledAnew) {
   untilInstalled();
   probeIsAnswered();
@@ -160,13 +189,44 @@ TEST_F(UpdateButton, ANewHelperThatIsLostIsInstalledAnew) {
   EXPECT_EQ(output_.takeLines().size(), 3u);
 }
 
-TEST_F(UpdateButton, ARunThatEndsDuringTheUpdateIsOver) {
+TEST_F(UpdateButton, ARunThatIsInterruptedDuringTheUpdateEndsWhenTheNewHelperIsInstalled) {
   startWithOldHelper();
   queue().advance(1500ms);
   run_->interrupt();
-  queue().advance(60s);
+  queue().advance(1499ms);
+  EXPECT_EQ(ending(), "running");
+  EXPECT_EQ(installations(), 0u);
+  queue().advance(1ms);
   EXPECT_EQ(ending(), "0");
-  EXPECT_EQ(installations(), 1u);  // the update itself goes its way
+  EXPECT_EQ(installations(), 1u);
+  queue().advance(60s);
+  EXPECT_EQ(installations(), 1u);
+}
+
+TEST_F(UpdateButton, ARunThatIsInterruptedDuringARefusedUpdateIsStatus0) {
+  platform_.helperInstaller.blesses = false;
+  startWithOldHelper();
+  queue().advance(1500ms);
+  run_->interrupt();
+  queue().advance(1500ms);
+  EXPECT_EQ(ending(), "0");
+}
+
+TEST_F(UpdateButton, ASecondInterruptionDoesNotWaitForTheInstallation) {
+  startWithOldHelper();
+  queue().advance(1500ms);
+  run_->interrupt();
+  run_->interrupt();
+  queue().run();
+  EXPECT_EQ(ending(), "0");
+  EXPECT_EQ(installations(), 0u);
+}
+
+TEST_F(UpdateButton, AnInterruptionAfterTheInstallationEndsTheRunAtOnce) {
+  untilInstalled();
+  run_->interrupt();
+  queue().run();
+  EXPECT_EQ(ending(), "0");
 }
 
 TEST_F(UpdateButton, IsNotPressedWithoutTheOption) {

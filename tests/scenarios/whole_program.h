@@ -24,6 +24,14 @@ namespace pallimo::scenarios {
 
 using namespace std::chrono_literals;
 
+inline const std::string kRefusal =
+    "5: the helper could not be installed, or its installation was refused; the system log may say "
+    "why";
+inline const std::string kStillNotUsable =
+    "3: the helper does not answer, 5 seconds after its installation; the system log may say why";
+inline const std::string kSilent =
+    "3: the helper fell silent while sampling; start again with --install-helper to replace it";
+
 /// The whole program without Qt and without a helper: the test is the helper, the user and the
 /// clock. Times are those of a queue that runs at the speed of the settings.
 class WholeProgram : public testing::Test {
@@ -66,6 +74,19 @@ class WholeProgram : public testing::Test {
     queue().run();
   }
 
+  /// A sample a second, the first one at once.
+  void sampleFor(int seconds) {
+    for (int sample = 0; sample < seconds; ++sample) {
+      helperSends();
+      queue().advance(1s);
+    }
+  }
+
+  /// The administrator takes that long to type, and nothing else happens on the main thread.
+  void installationsTake(std::chrono::seconds time) {
+    platform_.helperInstaller.onCall = [this, time](const std::string&) { queue().keepBusy(time); };
+  }
+
   /// As always the link tells on a thread of its own.
   void helperDies() {
     std::thread([this] { helper().interrupt(); }).join();
@@ -85,6 +106,12 @@ class WholeProgram : public testing::Test {
       if (entry.rfind("-> ", 0) == 0) messages.push_back(entry.substr(3));
     }
     return messages;
+  }
+
+  /// How often the helper was asked whether it responds since the messages were last looked at.
+  std::size_t questionsSent() {
+    const Lines messages = messagesSent();
+    return static_cast<std::size_t>(std::count(messages.begin(), messages.end(), "isResponding"));
   }
 
   /// How often an installation was begun.

@@ -27,6 +27,7 @@ class ProbedPorts {
 
   Platform platform() {
     return {platform_.mainQueue,
+            platform_.backgroundQueue,
             platform_.notifications,
             platform_.defaults,
             platform_.propertyLists,
@@ -37,6 +38,7 @@ class ProbedPorts {
             ticks_,
             launcher_,
             platform_.helperConnector,
+            platform_.authorizationServices,
             platform_.helperInstaller,
             platform_.bundle,
             platform_.clock,

@@ -104,12 +104,20 @@ TEST_F(XPCClientTest, HandsTheAnswerToWhoAskedAndKeepsTheConnection) {
 TEST_F(XPCClientTest, TellsTheHelperToClose) {
   connect();
   client().closeHelper();
-  EXPECT_EQ(happened(), (Entries{"-> closeHelper"}));
+  EXPECT_EQ(happened(), (Entries{"clearInterruptionHandler", "-> closeHelper"}));
 }
 
 TEST_F(XPCClientTest, OpensTheConnectionToClose) {
   client().closeHelper();
-  EXPECT_EQ(happened(), join({building(), {"-> closeHelper"}}));
+  EXPECT_EQ(happened(), join({building(), {"clearInterruptionHandler", "-> closeHelper"}}));
+}
+
+TEST_F(XPCClientTest, AHelperThatEndsBecauseItWasToldToIsNoInterruption) {
+  connect();
+  client().closeHelper();
+  forget();
+  connection()->interrupt();
+  EXPECT_EQ(happened(), Entries{});
 }
 
 TEST_F(XPCClientTest, HandsAResultToTheEngine) {
@@ -284,6 +292,69 @@ TEST_F(XPCClientTest, OpensAFreshConnectionAfterTheProbe) {
   forget();
   client().requestPowermetrics(false, 500);
   EXPECT_EQ(happened(), join({building(), {"-> requestPowermetrics 500.000000"}}));
+}
+
+TEST_F(XPCClientTest, TheProbesEndLeavesAConnectionAloneThatWasOpenedAtItsAnnouncement) {
+  const auto removal = notifications.observe(base::notification::kXPCDidInstall,
+                                             [this] { client().uninstall(nullptr); });
+  client().isResponding();
+  const auto probed = connection();
+  probed->replyIsResponding(true);
+  ASSERT_EQ(connector.count(), 2u);
+  EXPECT_TRUE(probed->isInvalidated());
+  EXPECT_FALSE(connection()->isInvalidated());
+  EXPECT_TRUE(connection()->hasHandlers());
+  EXPECT_EQ(client().connection(), connection());
+}
+
+TEST_F(XPCClientTest, AnAnswerThatIsLateLeavesTheNextConnectionAlone) {
+  for (const bool answer : {true, false}) {
+    client().isResponding();
+    const auto late = connection()->takeIsRespondingReply();
+    client().uninstall(nullptr);
+    late(answer);
+    EXPECT_FALSE(connection()->isInvalidated());
+    EXPECT_EQ(client().connection(), connection());
+    client().uninstall(nullptr);
+  }
+}
+
+TEST_F(XPCClientTest, AProbeIsOpenUntilItIsAnswered) {
+  for (const bool answer : {true, false}) {
+    EXPECT_FALSE(client().isProbeOpen());
+    client().isResponding();
+    EXPECT_TRUE(client().isProbeOpen());
+    connection()->replyIsResponding(answer);
+    EXPECT_FALSE(client().isProbeOpen());
+    client().connection();
+  }
+}
+
+TEST_F(XPCClientTest, AProbeIsOverWithItsConnection) {
+  client().isResponding();
+  connection()->interrupt();
+  EXPECT_FALSE(client().isProbeOpen());
+  client().isResponding();
+  connection()->fireInvalidation();
+  EXPECT_FALSE(client().isProbeOpen());
+  client().isResponding();
+  client().uninstall(nullptr);
+  EXPECT_FALSE(client().isProbeOpen());
+}
+
+TEST_F(XPCClientTest, AProbeOutlivesTheEndOfAnEarlierConnection) {
+  connect();
+  const auto old = connection()->interruptionHandler();
+  client().uninstall(nullptr);
+  client().isResponding();
+  old();
+  EXPECT_TRUE(client().isProbeOpen());
+}
+
+TEST_F(XPCClientTest, AProbeThatWasNotSentIsNotOpen) {
+  connector.setHasProxies(false);
+  client().isResponding();
+  EXPECT_FALSE(client().isProbeOpen());
 }
 
 TEST_F(XPCClientTest, TheProbeNeedsNoContentModel) {

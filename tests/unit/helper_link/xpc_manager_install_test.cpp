@@ -127,6 +127,22 @@ TEST_F(XPCManagerInstall, AHelperThatAnswersAuthorisesEvenAfterARefusal) {
   EXPECT_TRUE(manager->isAuthorized());
 }
 
+TEST_F(XPCManagerInstall, RemembersWhetherTheLastInstallationWasRefused) {
+  EXPECT_FALSE(manager->isInstallationRefused());
+  installer.blesses = false;
+  manager->installHelper();
+  EXPECT_TRUE(manager->isInstallationRefused());
+  installer.blesses = true;
+  manager->installHelper();
+  EXPECT_FALSE(manager->isInstallationRefused());
+}
+
+TEST_F(XPCManagerInstall, AnInterruptionIsNoRefusal) {
+  manager->installHelper();
+  connector.latest()->interrupt();
+  EXPECT_FALSE(manager->isInstallationRefused());
+}
+
 TEST_F(XPCManagerInstall, WithoutALinkTheProbeIsSkippedSilently) {
   connector.setConnects(false);
   manager->installHelper();

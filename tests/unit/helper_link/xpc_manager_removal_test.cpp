@@ -288,6 +288,24 @@ TEST_F(XPCManagerUpdate, TheNewHelpersAnswerAuthorisesAndEndsTheRequest) {
   EXPECT_FALSE(manager->isUpdateNeeded());
 }
 
+TEST_F(XPCManagerUpdate, AnOldHelperThatAnswersInTheNewOnesPlaceIsLeftWithItsConnection) {
+  manager->setUpdateNeeded(true);
+  update();
+  pass(2s);
+  const auto old = connection();
+  forget();
+  old->replyIsResponding(true);
+  EXPECT_TRUE(manager->isAuthorized());
+  EXPECT_FALSE(manager->isUpdateNeeded());
+  EXPECT_FALSE(manager->isRequestedToUninstall());
+  EXPECT_TRUE(old->isInvalidated());
+  old->interrupt();  // only now it ends
+  EXPECT_TRUE(manager->isAuthorized());
+  forget();
+  manager->requestPowermetrics(false, 500);
+  EXPECT_EQ(happened(), join({building(), {"-> requestPowermetrics 500.000000"}}));
+}
+
 TEST_F(XPCManagerUpdate, ARefusedInstallationWithdrawsTheAuthorisation) {
   installer.blesses = false;
   update();

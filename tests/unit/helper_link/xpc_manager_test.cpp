@@ -3,6 +3,10 @@
 
 #include "helper_link/xpc_manager.h"
 
+#include <functional>
+#include <thread>
+#include <utility>
+
 #include "helper_link_fixture.h"
 
 namespace pallimo::helper_link {
@@ -154,6 +158,49 @@ TEST_F(XPCManagerTest, EmptiesTheHistoriesEvenIfItIsGoneMeanwhile) {
   forget();
   mainQueue.run();
   EXPECT_EQ(happened(), (Entries{"notice ClearData"}));
+}
+
+/// An engine that does something when it is first told, and remembers what it was told.
+struct ActingEngine final : PowerMetricsModelDelegate {
+  void setAuthorized(bool flag) override {
+    if (const auto act = std::exchange(first, nullptr)) act();
+    told.push_back(flag);
+  }
+  void stopTimer() override {}
+  void handleResult(std::optional<base::Bytes>) override {}
+  std::function<void()> first;
+  std::vector<bool> told;
+};
+
+TEST_F(XPCManagerTest, TheRequestForRemovalIsWithdrawnBeforeTheEngineIsTold) {
+  createManager();
+  manager->uninstallHelper();
+  backgroundQueue.run();
+  mainQueue.run();
+  ASSERT_TRUE(manager->isRequestedToUninstall());
+  const auto acting = std::make_shared<ActingEngine>();
+  bool wasRequested = true;
+  acting->first = [&] { wasRequested = manager->isRequestedToUninstall(); };
+  manager->setPowerMetricsModelDelegate(acting);
+  postDidInstall();
+  EXPECT_EQ(acting->told, std::vector<bool>{true});
+  EXPECT_FALSE(wasRequested);
+}
+
+TEST_F(XPCManagerTest, TheLastWordToTheEngineIsTheFlagThatStands) {
+  // The opposite notice is handled whole while this one is about to tell the engine.
+  for (const bool isAuthorizedLast : {false, true}) {
+    createManager();
+    const auto acting = std::make_shared<ActingEngine>();
+    acting->first = [&] {
+      std::thread([&] { isAuthorizedLast ? postDidInstall() : postInstallError(); }).join();
+    };
+    manager->setPowerMetricsModelDelegate(acting);
+    isAuthorizedLast ? postInstallError() : postDidInstall();
+    EXPECT_EQ(manager->isAuthorized(), isAuthorizedLast);
+    EXPECT_EQ(acting->told,
+              (std::vector<bool>{isAuthorizedLast, !isAuthorizedLast, isAuthorizedLast}));
+  }
 }
 
 class XPCManagerOnOtherProcessor : public XPCManagerTest {
