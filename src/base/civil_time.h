@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 The Pallimo authors
+
+#pragma once
+
+#include <chrono>
+
+namespace pallimo::base {
+
+/// A moment as calendar and clock on the wall show it, Gregorian.
+struct CivilTime {
+  int year = 1970;
+  int month = 1;    ///< 1 to 12
+  int day = 1;      ///< 1 to 31
+  int weekday = 4;  ///< 0 Sunday to 6 Saturday
+  int hour = 0;
+  int minute = 0;
+  int second = 0;
+  int millisecond = 0;  ///< those that are over, also before 1970
+  bool operator==(const CivilTime&) const = default;
+};
+
+/// The moment in the process's time zone; every field 0 or 1 where the zone has no answer. Any
+/// thread.
+CivilTime localTime(std::chrono::system_clock::time_point time);
+
+/// The moment in the zone without an offset. Pure.
+CivilTime utcTime(std::chrono::system_clock::time_point time);
+
+/// The year to which the day's week belongs, what "YYYY" is in date formats: weeks begin on Sunday,
+/// and a year's first week is the one that holds 1 January. It differs from the year in the last
+/// days of December only. Pure.
+int weekBasedYear(const CivilTime& time);
+
+}  // namespace pallimo::base
