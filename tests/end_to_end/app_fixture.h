@@ -33,11 +33,9 @@ class AppTest : public testing::Test {
     root_ = mkdtemp(pattern);
   }
   ~AppTest() override {
-    for (const char* state : {"state", "other"}) {
-      for (const WatchedProcess& helper : helpersOf(state)) {
-        helper.send(SIGKILL);
-        EXPECT_TRUE(helper.isGoneInTime());
-      }
+    for (const WatchedProcess& helper : processesOf(root_)) {
+      helper.send(SIGKILL);
+      EXPECT_TRUE(helper.isGoneInTime());
     }
     fs::remove_all(root_);
   }

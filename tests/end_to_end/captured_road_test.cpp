@@ -21,7 +21,7 @@ namespace {
 
 using Texts = std::vector<std::string>;
 
-class CapturedRoad : public AppTest {
+class CapturedRoad : public AppWithHelperTest {
  protected:
   /// A recording whose n-th step is the n-th document of the file.
   std::string recordingOf(const std::string& capturedFile) const {
@@ -43,9 +43,8 @@ class CapturedRoad : public AppTest {
 
   /// Power (package, CPU, DRAM, ANE, GPU) and frequency (E, P, GPU) of every row but the times.
   Texts figuresOfARun(const std::string& capturedFile, std::size_t samples) const {
-    const auto app =
-        startHeadless({"--install-helper", "--format", "csv", "--samples", std::to_string(samples),
-                       "--speed", "20", "--machine", recordingOf(capturedFile)});
+    const auto app = startHeadless({"--format", "csv", "--samples", std::to_string(samples),
+                                    "--speed", "20", "--machine", recordingOf(capturedFile)});
     EXPECT_EQ(app->readLine(), std::string(logging::kCsvHeader));
     Texts rows;
     while (const auto line = app->readLine()) {

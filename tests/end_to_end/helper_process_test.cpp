@@ -6,6 +6,7 @@
 #include <sys/wait.h>
 
 #include <algorithm>
+#include <future>
 #include <limits>
 #include <map>
 #include <regex>
@@ -149,6 +150,40 @@ TEST_F(HelperProcessTest, IsReplacedAfterItWasKilled) {
   helper().send(SIGKILL);
   EXPECT_EQ(client.loss(), "interrupted");
   EXPECT_TRUE(Client(connector).isAnswered());
+}
+
+TEST_F(HelperProcessTest, StoppedForLongerThanEveryLimitOfItsOwnItAnswersEverythingInOrder) {
+  Client client(connector);
+  client.request(400);
+  client.request(std::numeric_limits<double>::infinity());
+  ASSERT_TRUE(client.isAnswered());
+  const auto process = helper();
+  process.send(SIGSTOP);
+  client.request(1, true);
+  EXPECT_FALSE(process.endsWithin(6s));  // five are what it gives clients, and stays without any
+  process.send(SIGCONT);
+  const auto results = client.results(3);
+  ASSERT_EQ(results.size(), 3U);
+  EXPECT_EQ(results[0].substr(0, 5), "<?xml");
+  EXPECT_EQ(results[1], "(absent)");
+  EXPECT_NE(results[2].find("<key>gpu</key>"), std::string::npos);
+}
+
+TEST_F(HelperProcessTest, TwoAppsThatStartAtOnceShareOneHelper) {
+  base::SerialThread otherDelivery;
+  adapters::linux::DBusHelperConnector other(otherDelivery, folder,
+                                             adapters::linux::HelperLauncher(folder));
+  for (int round = 0; round < 20; ++round) {
+    Client one(connector);
+    Client two(other);
+    auto isOtherAnswered = std::async(std::launch::async, [&two] { return two.isAnswered(); });
+    ASSERT_TRUE(one.isAnswered()) << round;
+    ASSERT_TRUE(isOtherAnswered.get()) << round;
+    const auto process = helper();
+    process.send(SIGKILL);  // both were its clients
+    EXPECT_EQ(one.loss(), "interrupted");
+    EXPECT_EQ(two.loss(), "interrupted");
+  }
 }
 
 TEST_F(HelperProcessTest, EndsSomeTimeAfterItsLastClientHasGone) {

@@ -41,6 +41,44 @@ class HelperLifeTest : public RealHelperApp {
     return runUntil([&isDrained] { return isDrained.load(); });
   }
 
+  /// A run that the helper has started, held so that it stays under way.
+  Process heldRun(const Process& process) {
+    pid_t held = 0;
+    EXPECT_TRUE(runUntil([&] {
+      for (const pid_t run : process.children()) {
+        kill(run, SIGSTOP);
+        if (isStopped(run)) held = run;
+      }
+      return held != 0;
+    }));
+    return Process(held);
+  }
+  static bool isStopped(pid_t process) {
+    const std::string line = contents("/proc/" + std::to_string(process) + "/stat");
+    const auto end = line.rfind(") ");
+    return end != std::string::npos && line[end + 2] == 'T';
+  }
+
+  /// The app's bundle is one whose embedded helper tells this version; the installed helper says
+  /// that it has the other.
+  void planVersions(const std::string& embedded, const std::string& said) {
+    const fs::path plist = "Contents/Library/LaunchServices/com.ostrovane.powermetrics.plist";
+    std::string text = contents(PALLIMO_BIN_DIR / plist);
+    const std::string key = "<key>CFBundleShortVersionString</key>";
+    const auto begin = text.find("<string>", text.find(key)) + std::string("<string>").size();
+    text.replace(begin, text.find("</string>", begin) - begin, embedded);
+    bundleFolder = folder.path() + "/bundle";
+    fs::create_directories((bundleFolder / plist).parent_path());
+    std::ofstream(bundleFolder / plist) << text;
+    const fs::path program = fs::path(plist).replace_extension();  // without one it is no bundle
+    fs::copy_file(PALLIMO_BIN_DIR / program, bundleFolder / program);
+    adapters::simulated::Simulation simulation;
+    simulation.machine = "MacBook Pro M2 Pro";
+    simulation.speed = kSpeed;
+    simulation.faults.helperVersion = said;
+    EXPECT_EQ(adapters::simulated::writeSimulation(folder.simulationFile(), simulation), "");
+  }
+
   /// Requests the removal; returns when nothing can be sampled any more.
   void requestRemoval() {
     manager().uninstallHelper();
@@ -63,9 +101,11 @@ TEST_F(HelperLifeTest, AHelperOfTheSameVersionIsUsedWithoutAnInstallation) {
 
 TEST_F(HelperLifeTest, OnceItsRemovalIsRequestedNoSampleIsDistributed) {
   installAndSample();
+  const Process run = heldRun(helper());
   requestRemoval();
   EXPECT_EQ(content(), MainContent::live);
   const std::size_t before = rows();
+  run.send(SIGCONT);  // its document comes before the helper is told to go
   ASSERT_TRUE(runUntilContentIs(MainContent::install));
   EXPECT_EQ(rows(), before);
 }
@@ -78,6 +118,33 @@ TEST_F(HelperLifeTest, ARemovedHelperLeavesNeitherProcessNorFile) {
   EXPECT_TRUE(process.ends());
   EXPECT_FALSE(fs::exists(folder.installedHelper()));
   EXPECT_FALSE(fs::exists(folder.helperSocket()));
+}
+
+TEST_F(HelperLifeTest, ARemovedHelperTakesNobodyElsesFilesAlong) {
+  installAndSample();
+  const fs::path beside = fs::path(folder.installedHelper()).parent_path() / "com.other.helper";
+  const fs::path above = folder.path() + "/notes.txt";
+  std::ofstream(beside) << "another's";
+  std::ofstream(above) << "another's";
+  requestRemoval();
+  ASSERT_TRUE(runUntilContentIs(MainContent::install));
+  EXPECT_FALSE(fs::exists(folder.installedHelper()));
+  EXPECT_EQ(contents(beside), "another's");
+  EXPECT_EQ(contents(above), "another's");
+}
+
+TEST_F(HelperLifeTest, AVersionInAnotherCaseIsAnotherVersion) {
+  installHelper();
+  planVersions("0.1.0b", "0.1.0B");
+  startApp();
+  EXPECT_TRUE(runUntilContentIs(MainContent::update));
+}
+
+TEST_F(HelperLifeTest, AVersionInTheSameCaseIsTheSameVersion) {
+  installHelper();
+  planVersions("0.1.0b", "0.1.0b");
+  startApp();
+  EXPECT_TRUE(runUntilContentIs(MainContent::live));
 }
 
 TEST_F(HelperLifeTest, TheInterruptionByARemovedHelperClearsTheGraphs) {
@@ -108,7 +175,7 @@ TEST_F(HelperLifeTest, AnOlderHelperIsReplacedByTheEmbeddedOne) {
   const Process older = helper();
   press();
   EXPECT_TRUE(view().hideUpdateButton());
-  ASSERT_TRUE(runUntilContentIs(MainContent::live));
+  ASSERT_TRUE(runUntilUpdated());
   EXPECT_TRUE(runUntilRows(3));
   EXPECT_TRUE(older.ends());
   EXPECT_EQ(contents(folder.installedHelper()), contents(kEmbeddedHelper));
@@ -119,7 +186,7 @@ TEST_F(HelperLifeTest, AfterAnUpdateTheNextStartFindsTheRightVersion) {
   startApp();
   ASSERT_TRUE(runUntilContentIs(MainContent::update));
   press();
-  ASSERT_TRUE(runUntilContentIs(MainContent::live));
+  ASSERT_TRUE(runUntilUpdated());
   bool isSame = false;
   bool isAnswered = false;
   manager().client().checkVersion(
@@ -181,26 +248,26 @@ class RoundsTest : public LinkTest {
   }
 
   Usage usage() const {
-    return {entriesOf("/proc/self/fd"), entriesOf("/proc/self/task"), entriesOf(folder.path())};
+    const fs::recursive_directory_iterator files(folder.path());
+    return {entriesOf("/proc/self/fd"), entriesOf("/proc/self/task"), std::distance(files, {})};
   }
   /// The link lets go of an ended connection on a thread of its own.
   bool growsToAtMost(const Usage& limit) const {
-    const auto deadline = std::chrono::steady_clock::now() + kDeadline;
-    while (std::chrono::steady_clock::now() < deadline) {
+    return waitUntil([&] {
       const Usage now = usage();
-      if (now.descriptors <= limit.descriptors && now.threads <= limit.threads &&
-          now.files <= limit.files) {
-        return true;
-      }
-    }
-    return false;
+      return now.descriptors <= limit.descriptors && now.threads <= limit.threads &&
+             now.files <= limit.files;
+    });
   }
 
   /// Waits for the helpers that have become ours; how many processes there were, all ended.
   static int endedProcesses() {
     int ended = 0;
-    while (waitpid(-1, nullptr, 0) > 0) ++ended;
-    EXPECT_EQ(errno, ECHILD);
+    EXPECT_TRUE(waitUntil([&ended] {
+      pid_t waited = 0;
+      while ((waited = waitpid(-1, nullptr, WNOHANG)) > 0) ++ended;
+      return waited < 0 && errno == ECHILD;
+    }));
     return ended;
   }
 
@@ -209,6 +276,15 @@ class RoundsTest : public LinkTest {
  private:
   static std::ptrdiff_t entriesOf(const fs::path& path) {
     return std::distance(fs::directory_iterator(path), {});
+  }
+  /// Looks every few milliseconds, so that those who work have the processor.
+  static bool waitUntil(const std::function<bool()>& holds) {
+    const auto deadline = std::chrono::steady_clock::now() + kDeadline;
+    while (!holds()) {
+      if (std::chrono::steady_clock::now() > deadline) return false;
+      poll(nullptr, 0, 5);
+    }
+    return true;
   }
   void note(int& count) {
     const std::lock_guard lock(mutex_);
@@ -242,11 +318,12 @@ class RoundsTest : public LinkTest {
 };
 
 TEST_F(RoundsTest, AThousandInstallationsAndRemovalsLeaveNothingBehind) {
+  constexpr int kRounds = kIsSanitized ? 100 : 1000;  // ten times as slow there
   ASSERT_NO_FATAL_FAILURE(round());
   const Usage before = usage();
-  while (rounds() < 1000) ASSERT_NO_FATAL_FAILURE(round()) << "round " << rounds();
+  while (rounds() < kRounds) ASSERT_NO_FATAL_FAILURE(round()) << "round " << rounds();
   EXPECT_TRUE(growsToAtMost(before));
-  EXPECT_EQ(endedProcesses(), 1000);
+  EXPECT_GE(endedProcesses(), kRounds);  // a launch may have been tried again
 }
 
 }  // namespace

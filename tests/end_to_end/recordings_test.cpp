@@ -17,7 +17,7 @@
 namespace pallimo::end_to_end {
 namespace {
 
-class Recordings : public AppTest {
+class Recordings : public AppWithHelperTest {
  protected:
   static fs::path folderOf(const std::string& recording) {
     return fs::path(PALLIMO_SOURCE_DIR) / "tests/recordings" / recording;
@@ -35,9 +35,8 @@ class Recordings : public AppTest {
 
   /// The rows of a run, without the times.
   Texts rowsOfARun(const std::string& recording, std::size_t samples) const {
-    const auto app =
-        startHeadless({"--install-helper", "--format", "csv", "--samples", std::to_string(samples),
-                       "--speed", "20", "--machine", folderOf(recording)});
+    const auto app = startHeadless({"--format", "csv", "--samples", std::to_string(samples),
+                                    "--speed", "20", "--machine", folderOf(recording)});
     EXPECT_EQ(app->readLine(), std::string(logging::kCsvHeader));
     Texts rows;
     while (const auto line = app->readLine()) rows.push_back(figuresOf(*line));

@@ -4,13 +4,36 @@
 #pragma once
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <system_error>
 
 namespace pallimo::adapters::simulated {
+
+/// Where this process keeps its temporary folders, gone at its end. A death test's process inherits
+/// the place with its environment: it dies without tidying up, and what it leaves goes here.
+class ProcessFolder {
+ public:
+  ProcessFolder() {
+    path_ = ::testing::TempDir() + "pallimo-XXXXXX";
+    if (mkdtemp(path_.data()) != nullptr) setenv("TEST_TMPDIR", (path_ + "/").c_str(), 1);
+  }
+  ~ProcessFolder() {
+    std::error_code ignored;
+    if (getpid() == owner_) std::filesystem::remove_all(path_, ignored);
+  }
+  ProcessFolder(const ProcessFolder&) = delete;
+  ProcessFolder& operator=(const ProcessFolder&) = delete;
+
+ private:
+  const pid_t owner_ = getpid();
+  std::string path_;
+};
+inline const ProcessFolder kProcessFolder;
 
 /// A folder of its own for one test, gone afterwards.
 class RecordingFolder {
