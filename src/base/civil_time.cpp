@@ -34,6 +34,11 @@ CivilTime localTime(system_clock::time_point time) { return civil(time, localtim
 
 CivilTime utcTime(system_clock::time_point time) { return civil(time, gmtime_r); }
 
+TimeOfDay timeOfDay(const CivilTime& time) {
+  return std::chrono::hours(time.hour) + std::chrono::minutes(time.minute) +
+         std::chrono::seconds(time.second) + TimeOfDay(time.millisecond);
+}
+
 int weekBasedYear(const CivilTime& time) {
   constexpr int kSaturday = 6;
   constexpr int kDaysInDecember = 31;

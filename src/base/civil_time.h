@@ -4,6 +4,8 @@
 #pragma once
 
 #include <chrono>
+#include <cstdint>
+#include <ratio>
 
 namespace pallimo::base {
 
@@ -16,16 +18,23 @@ struct CivilTime {
   int hour = 0;
   int minute = 0;
   int second = 0;
-  int millisecond = 0;  ///< those that are over, also before 1970
+  int millisecond = 0;  ///< those that are over, also before 1970: nothing is ever rounded up
   bool operator==(const CivilTime&) const = default;
 };
 
-/// The moment in the process's time zone; every field 0 or 1 where the zone has no answer. Any
-/// thread.
+/// The moment in the process's time zone; 1970-01-01 00:00 where the zone has no answer, some two
+/// billion years from now. Any thread.
 CivilTime localTime(std::chrono::system_clock::time_point time);
 
 /// The moment in the zone without an offset. Pure.
 CivilTime utcTime(std::chrono::system_clock::time_point time);
+
+/// What a clock shows, as the time since 0:00. Four bytes, for whoever keeps many of them.
+using TimeOfDay = std::chrono::duration<std::int32_t, std::milli>;
+
+/// The clock of `time`. On the days on which a zone changes its offset that is not the time since
+/// midnight. Pure.
+TimeOfDay timeOfDay(const CivilTime& time);
 
 /// The year to which the day's week belongs, what "YYYY" is in date formats: weeks begin on Sunday,
 /// and a year's first week is the one that holds 1 January. It differs from the year in the last

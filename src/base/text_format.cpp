@@ -13,6 +13,8 @@
 #include <cstddef>
 #include <cstdio>
 
+#include "base/short_decimal.h"
+
 namespace pallimo::base {
 
 namespace {
@@ -29,6 +31,7 @@ CLocaleScope::CLocaleScope() : previous_(uselocale(cLocale())) {}
 CLocaleScope::~CLocaleScope() { uselocale(static_cast<locale_t>(previous_)); }
 
 void appendFixed(std::string& out, double value, int decimals) {
+  if (appendShortDecimal(out, value, decimals)) return;
   if (std::isnan(value)) {
     out += "nan";
     return;

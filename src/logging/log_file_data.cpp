@@ -3,11 +3,8 @@
 
 #include "logging/log_file_data.h"
 
-#include <time.h>
-
 #include <array>
 #include <cstddef>
-#include <cstdio>
 
 #include "base/text_format.h"
 
@@ -17,18 +14,19 @@ namespace {
 
 using std::chrono::system_clock;
 
-std::string localTimeOfDay(system_clock::time_point time) {
-  // Floors, as date formatters do: a millisecond counts when it is over, also before 1970.
-  const auto milliseconds = std::chrono::floor<std::chrono::milliseconds>(time);
-  const auto second = std::chrono::floor<std::chrono::seconds>(milliseconds);
-  const time_t seconds = second.time_since_epoch().count();
-  tm local{};
-  localtime_r(&seconds, &local);
-  std::array<char, 64> buffer{};
-  const int length =
-      std::snprintf(buffer.data(), buffer.size(), "%02d:%02d:%02d.%03d", local.tm_hour,
-                    local.tm_min, local.tm_sec, static_cast<int>((milliseconds - second).count()));
-  return std::string(buffer.data(), static_cast<std::size_t>(length));
+/// Writes `value`, which is not negative, into the `digits` places that end before `end`.
+void putDigits(std::string& text, std::size_t end, int digits, int value) {
+  for (; digits > 0; --digits, value /= 10) text[--end] = static_cast<char>('0' + value % 10);
+}
+
+std::string textOf(base::TimeOfDay time) {
+  const std::chrono::hh_mm_ss clock(time);
+  std::string text = "00:00:00.000";
+  putDigits(text, 2, 2, static_cast<int>(clock.hours().count()));
+  putDigits(text, 5, 2, static_cast<int>(clock.minutes().count()));
+  putDigits(text, 8, 2, static_cast<int>(clock.seconds().count()));
+  putDigits(text, 12, 3, static_cast<int>(clock.subseconds().count()));
+  return text;
 }
 
 std::string threeDecimals(double value) { return base::formatFixed(value, 3); }
@@ -43,11 +41,11 @@ const std::string_view kCsvHeader =
     "CPU MAX Temperature (C), GPU AVG Temperature (C), CPU Utilization (%), "
     "E-Core Utilization (%), P-Core Utilization (%), GPU Utilization (%)";
 
-LogFileData formatRow(const LogRow& row, system_clock::time_point first) {
+LogFileData formatRow(const LogRow& row, system_clock::time_point first,
+                      base::TimeOfDay timeOfDay) {
   const std::chrono::duration<double> elapsed = row.time - first;
-  const base::CLocaleScope scope;
   LogFileData data;
-  data.timeStamp = localTimeOfDay(row.time);
+  data.timeStamp = textOf(timeOfDay);
   data.ellapsedTime = threeDecimals(elapsed.count());
   data.pkgPower = threeDecimals(row.pkgPower);
   data.cpuPower = threeDecimals(row.cpuPower);
@@ -68,7 +66,11 @@ LogFileData formatRow(const LogRow& row, system_clock::time_point first) {
   return data;
 }
 
-std::string csvLine(const LogFileData& data) {
+LogFileData formatRow(const LogRow& row, system_clock::time_point first) {
+  return formatRow(row, first, base::timeOfDay(base::localTime(row.time)));
+}
+
+void appendCsvLine(std::string& out, const LogFileData& data) {
   const std::array columns = {
       &data.timeStamp,         &data.ellapsedTime,   &data.pkgPower,       &data.cpuPower,
       &data.dramPower,         &data.anePower,       &data.gpuPower,       &data.cpuECoreFrequency,
@@ -76,13 +78,17 @@ std::string csvLine(const LogFileData& data) {
       &data.cpuMaxTmp,         &data.gpuAvgTmp,      &data.cpuUtilization, &data.cpuEUtilization,
       &data.cpuPUtilization,   &data.gpuUtilization,
   };
+  for (const std::string* column : columns) {
+    if (column != columns.front()) out += ", ";
+    out += *column;
+  }
+}
+
+std::string csvLine(const LogFileData& data) {
   constexpr std::size_t kUsualLength = 160;
   std::string line;
   line.reserve(kUsualLength);
-  for (const std::string* column : columns) {
-    if (column != columns.front()) line += ", ";
-    line += *column;
-  }
+  appendCsvLine(line, data);
   return line;
 }
 

@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 
+#include "base/civil_time.h"
 #include "logging/log_row.h"
 
 namespace pallimo::logging {
@@ -37,10 +38,16 @@ struct LogFileData {
 /// The first line of a log, without its line end.
 extern const std::string_view kCsvHeader;
 
-/// Formats `row`; `first` is the time of the log's first row.
+/// Formats `row`; `first` is the time of the log's first row, `timeOfDay` what the clock on the
+/// wall showed when this one was taken. No locale changes a figure. Pure.
+LogFileData formatRow(const LogRow& row, std::chrono::system_clock::time_point first,
+                      base::TimeOfDay timeOfDay);
+/// The same, with the clock of the zone in which the process is now. Any thread.
 LogFileData formatRow(const LogRow& row, std::chrono::system_clock::time_point first);
 
-/// The row as a line of the file, without its line end.
+/// Appends the row as a line of the file, without its line end. Pure.
+void appendCsvLine(std::string& out, const LogFileData& data);
+/// The same as a text of its own.
 std::string csvLine(const LogFileData& data);
 
 }  // namespace pallimo::logging

@@ -129,6 +129,20 @@ TEST(LogFileData, TheRowsTimeFollowsTheZonesSummerTime) {
   EXPECT_EQ(stampOf(onTheDay(hours(12)) + hours(24 * 90), zone), "14:00:00.000");
 }
 
+TEST(LogFileData, TheRowsTimeMayBeGivenInstead) {
+  const ZoneScope zone("IST-5:30");
+  LogRow row;
+  row.time = onTheDay(hours(12));
+  EXPECT_EQ(formatRow(row, row.time, hours(24) - milliseconds(1)).timeStamp, "23:59:59.999");
+  EXPECT_EQ(formatRow(row, row.time, hours(9) + milliseconds(7)).timeStamp, "09:00:00.007");
+}
+
+TEST(LogFileData, ALineIsAppendedBehindWhatIsThere) {
+  std::string text = "before ";
+  appendCsvLine(text, LogFileData{});
+  EXPECT_EQ(text, "before " + csvLine(LogFileData{}));
+}
+
 TEST(LogFileData, TheFirstRowsElapsedTimeIsNothing) {
   EXPECT_EQ(elapsedAfter(seconds(0)), "0.000");
 }
