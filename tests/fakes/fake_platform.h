@@ -9,6 +9,7 @@
 #include "fakes/fake_accelerator_registry.h"
 #include "fakes/fake_authorization_services.h"
 #include "fakes/fake_bundle.h"
+#include "fakes/fake_desktop.h"
 #include "fakes/fake_helper_connector.h"
 #include "fakes/fake_helper_installer.h"
 #include "fakes/fake_hid_sensors.h"
@@ -46,6 +47,7 @@ struct FakePlatform {
   ManualClock clock;
   RecordingConsole console;
   RecordingSystemLog systemLog;
+  FakeDesktop desktop;
 
   FakePlatform() {
     setCpuType(0x0100000C);
@@ -57,24 +59,32 @@ struct FakePlatform {
   void setCpuType(std::int32_t type) { systemControls.setInteger("hw.cputype", type); }
 
   app::Platform platform() {
-    return {mainQueue,
-            backgroundQueue,
-            notifications,
-            defaults,
-            propertyLists,
-            systemControls,
-            smcDevice,
-            hidSensors,
-            accelerators,
-            processorTicks,
-            programLauncher,
-            helperConnector,
-            authorizationServices,
-            helperInstaller,
-            bundle,
-            clock,
-            console,
-            systemLog};
+    return {.mainQueue = mainQueue,
+            .backgroundQueue = backgroundQueue,
+            .notifications = notifications,
+            .defaults = defaults,
+            .propertyLists = propertyLists,
+            .systemControls = systemControls,
+            .smcDevice = smcDevice,
+            .hidSensors = hidSensors,
+            .accelerators = accelerators,
+            .processorTicks = processorTicks,
+            .programLauncher = programLauncher,
+            .helperConnector = helperConnector,
+            .authorizationServices = authorizationServices,
+            .helperInstaller = helperInstaller,
+            .bundle = bundle,
+            .clock = clock,
+            .console = console,
+            .systemLog = systemLog,
+            .files = desktop.files,
+            .userNotifications = desktop.userNotifications,
+            .randomNumbers = desktop.randomNumbers,
+            .softwareUpdater = &desktop.softwareUpdater,
+            .analyticsClient = desktop.analyticsClient,
+            .screens = desktop.screens,
+            .processInformation = desktop.processInformation,
+            .analyticsURL = FakeDesktop::kAnalyticsURL};
   }
 };
 

@@ -26,6 +26,9 @@ namespace pallimo::fakes {
 /// announced, also one that changes nothing. Any thread.
 class MemoryUserDefaults final : public ports::UserDefaults {
  public:
+  /// Runs inside every read, before it, on the reader's thread. Set before use.
+  std::function<void(std::string_view key)> onRead;
+
   bool contains(std::string_view key) const override { return find(key).has_value(); }
 
   bool boolForKey(std::string_view key) const override {
@@ -98,6 +101,7 @@ class MemoryUserDefaults final : public ports::UserDefaults {
   }
 
   std::optional<Value> find(std::string_view key) const {
+    if (onRead) onRead(key);
     base::MutexLock lock(mutex_);
     const auto found = values_.find(key);
     if (found == values_.end()) return std::nullopt;
