@@ -38,7 +38,10 @@ if(PALLIMO_QT)
     file(GLOB app_platform CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/src/app/linux/*.cpp")
     add_executable(pallimo src/app/main.cpp ${app_platform})
     target_link_libraries(pallimo PRIVATE pallimo_src_app pallimo_src_adapters_qt)
-    target_compile_definitions(pallimo PRIVATE PALLIMO_VERSION="${PROJECT_VERSION}")
+    target_compile_definitions(pallimo PRIVATE PALLIMO_VERSION="${PROJECT_VERSION}"
+                                               PALLIMO_ANALYTICS_URL="${PALLIMO_ANALYTICS_URL}")
+    configure_file("${PROJECT_SOURCE_DIR}/cmake/AppInfo.plist.in"
+                   "${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/Contents/Info.plist" @ONLY)
     add_dependencies(pallimo com.ostrovane.powermetrics powermetrics)
   endif()
 endif()

@@ -3,6 +3,8 @@
 
 #include "app/general_model.h"
 
+#include <string>
+
 #include "sensors/sg_system_info.h"
 
 namespace pallimo::app {
@@ -32,10 +34,33 @@ helper_link::XPCManager::Services managerServices(const Platform& platform,
           processor};
 }
 
+logging::LogFileModel::Services logServices(const Platform& platform) {
+  return {platform.mainQueue,
+          platform.backgroundQueue,
+          platform.defaults,
+          platform.files,
+          platform.clock,
+          platform.console,
+          platform.userNotifications,
+          platform.randomNumbers};
+}
+
+analytics::MatomoTracker::Services trackerServices(const Platform& platform) {
+  return {platform.analyticsClient,
+          platform.defaults,
+          platform.systemControls,
+          platform.screens,
+          platform.processInformation,
+          platform.randomNumbers,
+          platform.clock,
+          platform.bundle};
+}
+
 }  // namespace
 
 GeneralModel::GeneralModel(const Platform& platform)
     : processor_(processorOf(platform)),
+      logfileModel_(logging::LogFileModel::create(logServices(platform))),
       modelPowerMetrics_(sampling::SGPowerMetrics::create(engineServices(platform))),
       xpcmanager_(helper_link::XPCManager::create(managerServices(platform, processor_))),
       modelPower_(modules::ModuleModelPower::create(platform.notifications, modelPowerMetrics_)),
@@ -51,10 +76,13 @@ GeneralModel::GeneralModel(const Platform& platform)
           {platform.systemControls, platform.accelerators, platform.programLauncher,
            platform.propertyLists})),
       modelMoreButton_(modules::ModuleModelMoreButton::create(platform.mainQueue)),
+      sparkle_(updates::SparkleUpdater::create({platform.softwareUpdater, platform.console})),
       sampleRows_(std::make_shared<logging::SampleRows>(
           platform.clock, logging::SampleRows::Models{*modelPower_, *modelFrequency_,
-                                                      *modelTemperature_, *modelUtilization_})) {
+                                                      *modelTemperature_, *modelUtilization_})),
+      tracker_(trackerServices(platform), std::string(platform.analyticsURL)) {
   wire();
+  tracker_.track();
 }
 
 void GeneralModel::wire() {
@@ -67,6 +95,9 @@ void GeneralModel::wire() {
                                  .frequency = modelFrequency_,
                                  .temperature = modelTemperature_,
                                  .log = sampleRows_});
+  sampleRows_->addReceiver([weak = std::weak_ptr(logfileModel_)](const logging::LogRow& row) {
+    if (const auto log = weak.lock()) log->appendRow(row);
+  });
 }
 
 void GeneralModel::applicationWillTerminate() {

@@ -5,8 +5,10 @@
 
 #include <memory>
 
+#include "analytics/matomo_tracker.h"
 #include "app/platform.h"
 #include "helper_link/xpc_manager.h"
+#include "logging/log_file_model.h"
 #include "logging/sample_rows.h"
 #include "modules/module_model_frequency.h"
 #include "modules/module_model_main_title.h"
@@ -15,11 +17,13 @@
 #include "modules/module_model_temperature.h"
 #include "modules/module_model_utilization.h"
 #include "sampling/sg_power_metrics.h"
+#include "updates/sparkle_updater.h"
 
 namespace pallimo::app {
 
 /// The composition root: creates and owns every model and wires them, all links between them being
-/// weak. Nothing samples until the helper manager finds the helper usable.
+/// weak. Nothing samples until the helper manager finds the helper usable. Its last act tells the
+/// analytics server that the app was started, where the platform lets it.
 ///
 /// Built and read on the main thread; the platform's parts outlive it.
 class GeneralModel {
@@ -31,6 +35,7 @@ class GeneralModel {
   /// Whether the machine can sample at all.
   helper_link::Processor processor() const { return processor_; }
 
+  const std::shared_ptr<logging::LogFileModel>& logfileModel() const { return logfileModel_; }
   const std::shared_ptr<sampling::SGPowerMetrics>& modelPowerMetrics() const {
     return modelPowerMetrics_;
   }
@@ -51,6 +56,7 @@ class GeneralModel {
   const std::shared_ptr<modules::ModuleModelMoreButton>& modelMoreButton() const {
     return modelMoreButton_;
   }
+  const std::shared_ptr<updates::SparkleUpdater>& sparkle() const { return sparkle_; }
   const std::shared_ptr<logging::SampleRows>& sampleRows() const { return sampleRows_; }
 
   /// The app is about to end: tells the helper to stop. Sampling is not stopped separately.
@@ -61,6 +67,7 @@ class GeneralModel {
 
   // In the order of creation.
   const helper_link::Processor processor_;
+  const std::shared_ptr<logging::LogFileModel> logfileModel_;
   const std::shared_ptr<sampling::SGPowerMetrics> modelPowerMetrics_;
   const std::shared_ptr<helper_link::XPCManager> xpcmanager_;
   const std::shared_ptr<modules::ModuleModelPower> modelPower_;
@@ -69,8 +76,10 @@ class GeneralModel {
   const std::shared_ptr<modules::ModuleModelUtilization> modelUtilization_;
   const std::shared_ptr<modules::ModuleModelMainTitle> modelMainTitle_;
   const std::shared_ptr<modules::ModuleModelMoreButton> modelMoreButton_;
+  const std::shared_ptr<updates::SparkleUpdater> sparkle_;
   /// Reads the models above, so it comes after them.
   const std::shared_ptr<logging::SampleRows> sampleRows_;
+  analytics::MatomoTracker tracker_;
 };
 
 }  // namespace pallimo::app

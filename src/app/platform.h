@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include <string_view>
+
 #include "base/notification_centre.h"
 #include "ports/accelerator_registry.h"
 #include "ports/authorization_services.h"
@@ -10,17 +12,24 @@
 #include "ports/bundle.h"
 #include "ports/clock.h"
 #include "ports/console.h"
+#include "ports/file_store.h"
 #include "ports/helper_connection.h"
 #include "ports/helper_installer.h"
 #include "ports/hid_sensors.h"
+#include "ports/http_client.h"
 #include "ports/main_queue.h"
+#include "ports/process_information.h"
 #include "ports/processor_ticks.h"
 #include "ports/program_launcher.h"
 #include "ports/property_list_reader.h"
+#include "ports/random_numbers.h"
+#include "ports/screens.h"
 #include "ports/smc_device.h"
+#include "ports/software_updater.h"
 #include "ports/system_controls.h"
 #include "ports/system_log.h"
 #include "ports/user_defaults.h"
+#include "ports/user_notifications.h"
 
 namespace pallimo::app {
 
@@ -46,6 +55,14 @@ struct Platform {
   const ports::Clock& clock;
   ports::Console& console;
   ports::SystemLog& systemLog;
+  ports::FileStore& files;
+  ports::UserNotifications& userNotifications;
+  ports::RandomNumbers& randomNumbers;
+  ports::SoftwareUpdater* softwareUpdater;  ///< null: this build has none
+  ports::HttpClient& analyticsClient;       ///< one that sends nothing, where nothing may be told
+  const ports::Screens& screens;
+  const ports::ProcessInformation& processInformation;
+  std::string_view analyticsURL;  ///< base of the analytics server, with "/" at its end
 };
 
 }  // namespace pallimo::app

@@ -16,7 +16,7 @@ class Bundle {
   virtual ~Bundle() = default;
 
   /// The info dictionary of what lies at `path` within the bundle, a bundle or an executable that
-  /// carries its own; nothing when there is none.
+  /// carries its own; the app's own for an empty path; nothing when there is none.
   virtual std::optional<base::PropertyList> infoDictionary(std::string_view path) const = 0;
 };
 

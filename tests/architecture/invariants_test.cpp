@@ -5,6 +5,7 @@
 
 #include <cctype>
 #include <filesystem>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -90,12 +91,15 @@ TEST(Invariants, OnlyTheAppKnowsASharedInstance) {
 }
 
 TEST(Invariants, ThreadsAndTimersHaveAnOwner) {
-  // The one thread that is left behind can be held up by the system in connecting to a helper that
-  // was stopped; it ends with the process.
-  expectNowhere(productSourcesIf([](const auto& file) {
-                  return file.path != "src/adapters/linux/dbus_helper_connection.cpp";
-                }),
-                {".detach()", "std::async(", "std::jthread"});
+  // Threads that can be held up by the system for as long as it likes are left behind at the end,
+  // and end with the process: in connecting to a helper that was stopped, to a bus that hangs, and
+  // in looking up a server's name.
+  const std::set<std::string> leavesOneBehind = {"src/adapters/linux/dbus_helper_connection.cpp",
+                                                 "src/adapters/linux/desktop_notifications.cpp",
+                                                 "src/adapters/qt/qt_http_client.cpp"};
+  expectNowhere(
+      productSourcesIf([&](const auto& file) { return leavesOneBehind.count(file.path) == 0; }),
+      {".detach()", "std::async(", "std::jthread"});
 }
 
 TEST(Invariants, TheMacAdaptersStaySmall) {

@@ -23,6 +23,7 @@
 #include "base/text_format.h"
 #include "fakes/fake_authorization_services.h"
 #include "fakes/fake_bundle.h"
+#include "fakes/fake_desktop.h"
 #include "fakes/fake_helper_connector.h"
 #include "fakes/fake_helper_installer.h"
 #include "fakes/manual_background_queue.h"
@@ -134,24 +135,32 @@ class RecordedMac {
   }
 
   app::Platform platform() {
-    return {queue_,
-            backgroundQueue_,
-            notifications_,
-            defaults_,
-            propertyLists_,
-            *controls_,
-            sensors_->smcDevice(),
-            sensors_->hidSensors(),
-            sensors_->accelerators(),
-            sensors_->processorTicks(),
-            sensors_->programLauncher(),
-            *followed_,
-            authorization_,
-            installer_,
-            bundle_,
-            clock_,
-            console_,
-            systemLog_};
+    return {.mainQueue = queue_,
+            .backgroundQueue = backgroundQueue_,
+            .notifications = notifications_,
+            .defaults = defaults_,
+            .propertyLists = propertyLists_,
+            .systemControls = *controls_,
+            .smcDevice = sensors_->smcDevice(),
+            .hidSensors = sensors_->hidSensors(),
+            .accelerators = sensors_->accelerators(),
+            .processorTicks = sensors_->processorTicks(),
+            .programLauncher = sensors_->programLauncher(),
+            .helperConnector = *followed_,
+            .authorizationServices = authorization_,
+            .helperInstaller = installer_,
+            .bundle = bundle_,
+            .clock = clock_,
+            .console = console_,
+            .systemLog = systemLog_,
+            .files = desktop_.files,
+            .userNotifications = desktop_.userNotifications,
+            .randomNumbers = desktop_.randomNumbers,
+            .softwareUpdater = &desktop_.softwareUpdater,
+            .analyticsClient = desktop_.analyticsClient,
+            .screens = desktop_.screens,
+            .processInformation = desktop_.processInformation,
+            .analyticsURL = fakes::FakeDesktop::kAnalyticsURL};
   }
 
   fakes::FakeHelperConnection& helper() { return *helperConnector_.latest(); }
@@ -183,6 +192,7 @@ class RecordedMac {
   const fakes::ManualClock clock_;
   fakes::RecordingConsole console_;
   fakes::RecordingSystemLog systemLog_;
+  fakes::FakeDesktop desktop_;
   const adapters::simulated::SimulatedMachine machine_;
   const std::unique_ptr<ports::SystemControls> controls_;
   const std::unique_ptr<adapters::simulated::SimulatedSensors> sensors_;

@@ -47,7 +47,7 @@ BuiltBundle::BuiltBundle(std::string root, const ports::PropertyListReader& read
 std::optional<base::PropertyList> BuiltBundle::infoDictionary(std::string_view path) const {
   const std::string inside = root_ + "/" + std::string(path);
   if (::access(inside.c_str(), R_OK) != 0) return std::nullopt;
-  const auto bytes = readList(inside + ".plist");
+  const auto bytes = readList(path.empty() ? inside + "Contents/Info.plist" : inside + ".plist");
   if (!bytes) return std::nullopt;
   auto list = reader_.read(*bytes);
   return list && list->dictionary() != nullptr ? std::move(list) : std::nullopt;

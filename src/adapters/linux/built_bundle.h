@@ -12,9 +12,10 @@
 
 namespace pallimo::adapters::linux {
 
-/// The bundle of an app that was built and not packaged: the folder of its executable. What on a
-/// Mac carries its info dictionary within itself has it here beside it, as a property list of the
-/// same name with ".plist" appended. Any thread.
+/// The bundle of an app that was built and not packaged: the folder of its executable, with its own
+/// info dictionary where a bundle has it, at "Contents/Info.plist". What on a Mac carries its info
+/// dictionary within itself has it here beside it, as a property list of the same name with
+/// ".plist" appended. Any thread.
 class BuiltBundle final : public ports::Bundle {
  public:
   /// `root` is an absolute path; `reader` outlives the object.

@@ -3,7 +3,10 @@
 
 #include "app/linux/linux_platform.h"
 
+#include <utility>
+
 #include "adapters/linux/helper_launcher.h"
+#include "adapters/linux/session_bus_address.h"
 
 namespace pallimo::app::linux {
 
@@ -12,10 +15,12 @@ namespace linux_adapters = adapters::linux;
 LinuxPlatform::LinuxPlatform(Parts parts)
     : systemControls_(parts.machine.systemControls()),
       mainQueue_(parts.speed),
+      console_(parts.consoleDescriptor),
       defaults_(parts.folder.settingsFile()),
       clock_(parts.start, parts.speed),
       sensors_(parts.machine.sensors(clock_)),
-      console_(parts.consoleDescriptor),
+      notices_(console_, linux_adapters::sessionBusAddresses()),
+      analyticsClient_(std::move(parts.analyticsClient)),
       systemLog_("pallimo"),
       bundle_(parts.bundle, propertyLists_),
       faultyAuthorization_(authorization_, parts.faults),
@@ -25,24 +30,32 @@ LinuxPlatform::LinuxPlatform(Parts parts)
       connector_(std::make_unique<linux_adapters::DBusHelperConnector>(
           *delivery_, parts.folder, linux_adapters::HelperLauncher(parts.folder))),
       followedConnector_(sensors_->follow(*connector_)),
-      platform_{mainQueue_,
-                backgroundQueue_,
-                notifications_,
-                defaults_,
-                propertyLists_,
-                *systemControls_,
-                sensors_->smcDevice(),
-                sensors_->hidSensors(),
-                sensors_->accelerators(),
-                sensors_->processorTicks(),
-                sensors_->programLauncher(),
-                *followedConnector_,
-                faultyAuthorization_,
-                faultyInstallation_,
-                bundle_,
-                clock_,
-                console_,
-                systemLog_} {}
+      platform_{.mainQueue = mainQueue_,
+                .backgroundQueue = backgroundQueue_,
+                .notifications = notifications_,
+                .defaults = defaults_,
+                .propertyLists = propertyLists_,
+                .systemControls = *systemControls_,
+                .smcDevice = sensors_->smcDevice(),
+                .hidSensors = sensors_->hidSensors(),
+                .accelerators = sensors_->accelerators(),
+                .processorTicks = sensors_->processorTicks(),
+                .programLauncher = sensors_->programLauncher(),
+                .helperConnector = *followedConnector_,
+                .authorizationServices = faultyAuthorization_,
+                .helperInstaller = faultyInstallation_,
+                .bundle = bundle_,
+                .clock = clock_,
+                .console = console_,
+                .systemLog = systemLog_,
+                .files = files_,
+                .userNotifications = notices_,
+                .randomNumbers = random_,
+                .softwareUpdater = &updater_,
+                .analyticsClient = *analyticsClient_,
+                .screens = screens_,
+                .processInformation = processInformation_,
+                .analyticsURL = PALLIMO_ANALYTICS_URL} {}
 
 void LinuxPlatform::endLink() {
   followedConnector_.reset();

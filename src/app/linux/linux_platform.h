@@ -9,13 +9,19 @@
 #include "adapters/libplist/libplist_reader.h"
 #include "adapters/linux/built_bundle.h"
 #include "adapters/linux/dbus_helper_connection.h"
+#include "adapters/linux/desktop_notifications.h"
 #include "adapters/linux/helper_installation.h"
+#include "adapters/linux/no_software_updater.h"
 #include "adapters/linux/state_folder.h"
 #include "adapters/linux/stream_console.h"
 #include "adapters/linux/syslog_log.h"
+#include "adapters/linux/system_random.h"
 #include "adapters/linux/user_authorization.h"
 #include "adapters/qt/qt_background_queue.h"
+#include "adapters/qt/qt_file_store.h"
 #include "adapters/qt/qt_main_queue.h"
+#include "adapters/qt/qt_process_information.h"
+#include "adapters/qt/qt_screens.h"
 #include "adapters/qt/qt_user_defaults.h"
 #include "adapters/qt/system_clock.h"
 #include "adapters/simulated/faults.h"
@@ -27,6 +33,7 @@
 #include "base/notification_centre.h"
 #include "base/serial_thread.h"
 #include "ports/helper_connection.h"
+#include "ports/http_client.h"
 #include "ports/system_controls.h"
 
 namespace pallimo::app::linux {
@@ -45,6 +52,7 @@ class LinuxPlatform final : public PlatformOwner {
     adapters::qt::SystemClock::TimePoint start;
     double speed = 1;
     int consoleDescriptor = 1;
+    std::unique_ptr<ports::HttpClient> analyticsClient;
   };
 
   explicit LinuxPlatform(Parts parts);
@@ -55,13 +63,21 @@ class LinuxPlatform final : public PlatformOwner {
  private:
   const std::unique_ptr<ports::SystemControls> systemControls_;
   adapters::qt::QtMainQueue mainQueue_;
-  adapters::qt::QtBackgroundQueue backgroundQueue_;  // its tasks queue others on the main queue
+  adapters::linux::StreamConsole console_;
+  adapters::qt::QtFileStore files_;
+  // What its tasks use stands above it: they write files, and queue others on the main queue.
+  adapters::qt::QtBackgroundQueue backgroundQueue_;
   base::NotificationCentre notifications_;
   adapters::qt::QtUserDefaults defaults_;
   const adapters::qt::SystemClock clock_;
   const std::unique_ptr<adapters::simulated::SimulatedSensors> sensors_;
   const adapters::libplist::LibplistReader propertyLists_;
-  adapters::linux::StreamConsole console_;
+  adapters::linux::DesktopNotifications notices_;
+  adapters::linux::SystemRandom random_;
+  adapters::linux::NoSoftwareUpdater updater_;
+  const std::unique_ptr<ports::HttpClient> analyticsClient_;
+  const adapters::qt::QtScreens screens_;
+  const adapters::qt::QtProcessInformation processInformation_;
   adapters::linux::SyslogLog systemLog_;
   adapters::linux::BuiltBundle bundle_;
   adapters::linux::UserAuthorization authorization_;

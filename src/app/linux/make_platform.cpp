@@ -6,15 +6,19 @@
 #include <unistd.h>
 
 #include <chrono>
+#include <cstdlib>
 #include <filesystem>
 #include <optional>
 #include <system_error>
 #include <utility>
 
+#include "adapters/qt/qt_http_client.h"
 #include "adapters/simulated/json_node.h"
 #include "adapters/simulated/machines.h"
 #include "adapters/simulated/simulated_machine.h"
 #include "adapters/simulated/simulation_file.h"
+#include "analytics/may_track.h"
+#include "analytics/silent_http_client.h"
 #include "app/linux/linux_platform.h"
 #include "app/linux/state_folder_choice.h"
 #include "helper_link/protocol/xpc_protocol.h"
@@ -76,6 +80,15 @@ std::variant<simulated::SimulatedMachine, StartError> machineOf(
   return std::get<simulated::SimulatedMachine>(std::move(loaded));
 }
 
+/// Only a launch that somebody sees is told of.
+std::unique_ptr<ports::HttpClient> analyticsClient(const Options& options) {
+  if (!options.headless &&
+      analytics::mayTrack(PALLIMO_ANALYTICS_URL, std::getenv("DO_NOT_TRACK"))) {
+    return std::make_unique<adapters::qt::QtHttpClient>();
+  }
+  return std::make_unique<analytics::SilentHttpClient>();
+}
+
 /// The pieces of a start, each of which may end it with one line.
 class Start {
  public:
@@ -124,7 +137,7 @@ class Start {
     const int console = options_.headless ? STDERR_FILENO : STDOUT_FILENO;
     owner_ = std::make_unique<linux::LinuxPlatform>(linux::LinuxPlatform::Parts{
         StateFolder(folderPath_), bundle_, embeddedHelper(bundle_), *std::move(machine_),
-        simulation_.faults, start_, options_.speed, console});
+        simulation_.faults, start_, options_.speed, console, analyticsClient(options_)});
     return std::nullopt;
   }
 

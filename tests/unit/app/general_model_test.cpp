@@ -13,79 +13,10 @@
 #include <vector>
 
 #include "fakes/fake_platform.h"
+#include "unit/app/probed_ports.h"
 
 namespace pallimo::app {
 namespace {
-
-/// Tells "smc" when the SMC is opened, "ticks" when the processors' ticks are read and "program"
-/// when a program is run; otherwise the ports of `platform`.
-class ProbedPorts {
- public:
-  explicit ProbedPorts(const Platform& platform) : platform_(platform) {}
-
-  std::function<void(const std::string&)> tell = [](const std::string&) {};
-
-  Platform platform() {
-    return {platform_.mainQueue,
-            platform_.backgroundQueue,
-            platform_.notifications,
-            platform_.defaults,
-            platform_.propertyLists,
-            platform_.systemControls,
-            smc_,
-            platform_.hidSensors,
-            platform_.accelerators,
-            ticks_,
-            launcher_,
-            platform_.helperConnector,
-            platform_.authorizationServices,
-            platform_.helperInstaller,
-            platform_.bundle,
-            platform_.clock,
-            platform_.console,
-            platform_.systemLog};
-  }
-
- private:
-  struct Smc final : ports::SmcDevice {
-    explicit Smc(ProbedPorts& owner) : owner_(owner) {}
-    std::optional<std::uint32_t> open() override {
-      owner_.tell("smc");
-      return owner_.platform_.smcDevice.open();
-    }
-    std::int32_t callStructMethod(std::uint32_t connection, std::uint32_t selector,
-                                  const ports::SMCRequestRecord& input,
-                                  ports::SMCRequestRecord& output) override {
-      return owner_.platform_.smcDevice.callStructMethod(connection, selector, input, output);
-    }
-    void close(std::uint32_t connection) override { owner_.platform_.smcDevice.close(connection); }
-    ProbedPorts& owner_;
-  };
-
-  struct Ticks final : ports::ProcessorTicks {
-    explicit Ticks(ProbedPorts& owner) : owner_(owner) {}
-    std::optional<std::vector<ports::ProcessorTickCounts>> read() override {
-      owner_.tell("ticks");
-      return owner_.platform_.processorTicks.read();
-    }
-    ProbedPorts& owner_;
-  };
-
-  struct Launcher final : ports::ProgramLauncher {
-    explicit Launcher(ProbedPorts& owner) : owner_(owner) {}
-    std::optional<base::Bytes> run(const std::string& path,
-                                   const std::vector<std::string>& arguments) override {
-      owner_.tell("program");
-      return owner_.platform_.programLauncher.run(path, arguments);
-    }
-    ProbedPorts& owner_;
-  };
-
-  const Platform platform_;
-  Smc smc_{*this};
-  Ticks ticks_{*this};
-  Launcher launcher_{*this};
-};
 
 /// How many samples each module has taken: power, utilisation, frequency, temperature.
 std::vector<std::size_t> samplesTaken(const GeneralModel& general) {
@@ -104,6 +35,7 @@ class GeneralModelTest : public testing::Test {
 
 TEST_F(GeneralModelTest, OwnsEveryModel) {
   const GeneralModel general(platform_.platform());
+  EXPECT_NE(general.logfileModel(), nullptr);
   EXPECT_NE(general.modelPowerMetrics(), nullptr);
   EXPECT_NE(general.xpcmanager(), nullptr);
   EXPECT_NE(general.modelPower(), nullptr);
@@ -112,6 +44,7 @@ TEST_F(GeneralModelTest, OwnsEveryModel) {
   EXPECT_NE(general.modelUtilization(), nullptr);
   EXPECT_NE(general.modelMainTitle(), nullptr);
   EXPECT_NE(general.modelMoreButton(), nullptr);
+  EXPECT_NE(general.sparkle(), nullptr);
   EXPECT_NE(general.sampleRows(), nullptr);
 }
 
@@ -188,14 +121,6 @@ TEST_F(GeneralModelTest, ASampleGoesThroughPowerUtilisationFrequencyAndTemperatu
                        {"ticks", {1, 0, 0, 0}}, {"smc", {1, 1, 1, 0}}, {"smc", {1, 1, 1, 0}}}));
 }
 
-TEST_F(GeneralModelTest, TheTemperatureModuleIsMadeBeforeTheTitle) {
-  ProbedPorts probed(platform_.platform());
-  std::vector<std::string> steps;
-  probed.tell = [&](const std::string& what) { steps.push_back(what); };
-  const GeneralModel general(probed.platform());
-  EXPECT_EQ(steps, (std::vector<std::string>{"smc", "program"}));
-}
-
 TEST_F(GeneralModelTest, The64BitArmTypeIsAppleSilicon) {
   platform_.setCpuType(0x0100000C);
   EXPECT_EQ(GeneralModel(platform_.platform()).processor(), helper_link::Processor::appleSilicon);
@@ -234,6 +159,8 @@ TEST_F(GeneralModelTest, NoModelKeepsAnotherAlive) {
   const std::weak_ptr<modules::ModuleModelUtilization> utilization = general->modelUtilization();
   const std::weak_ptr<modules::ModuleModelTemperature> temperature = general->modelTemperature();
   const std::weak_ptr<modules::ModuleModelMoreButton> moreButton = general->modelMoreButton();
+  const std::weak_ptr<logging::LogFileModel> log = general->logfileModel();
+  const std::weak_ptr<updates::SparkleUpdater> sparkle = general->sparkle();
   const std::weak_ptr<logging::SampleRows> rows = general->sampleRows();
   general.reset();
   EXPECT_TRUE(engine.expired());
@@ -242,6 +169,8 @@ TEST_F(GeneralModelTest, NoModelKeepsAnotherAlive) {
   EXPECT_TRUE(utilization.expired());
   EXPECT_TRUE(temperature.expired());
   EXPECT_TRUE(moreButton.expired());
+  EXPECT_TRUE(log.expired());
+  EXPECT_TRUE(sparkle.expired());
   EXPECT_TRUE(rows.expired());
 }
 

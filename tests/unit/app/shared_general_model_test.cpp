@@ -31,7 +31,7 @@ TEST(SharedGeneralModel, IsCreatedOnceWhenThreadsMeet) {
   fakes::FakePlatform platform;
   {
     const SharedGeneralModel shared(platform.platform());
-    std::array<GeneralModel*, 8> seen = {};
+    std::array<GeneralModel*, 10> seen = {};
     std::vector<std::thread> threads;
     for (GeneralModel*& one : seen) {
       threads.emplace_back([&one] { one = &SharedGeneralModel::get(); });
