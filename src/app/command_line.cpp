@@ -25,7 +25,8 @@ Shows power, frequency, temperature and utilisation of a Mac with Apple silicon.
                          at most once a second
   --machine NAME|DIR     off macOS: simulate a built-in machine or play the
                          recording in DIR
-  --list-machines        list the built-in machines
+  --list-machines        list the built-in machines and, with --machine DIR,
+                         the recording
   --speed X              off macOS: let time run X times faster (1 to 100)
   --state-dir DIR        where settings, the installed helper and its socket live
   --version              print the version

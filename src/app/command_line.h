@@ -15,7 +15,7 @@ namespace pallimo::app {
 /// What `--headless` prints.
 enum class OutputFormat {
   table,  ///< for people
-  csv,    ///< the log file's header and rows, byte for byte
+  csv,    ///< the log file's header and lines
   json,   ///< one object a line
 };
 

@@ -3,12 +3,14 @@
 
 #include "app/headless_format.h"
 
+#include <chrono>
 #include <cstdio>
-#include <ctime>
+#include <cstdlib>
 #include <nlohmann/json.hpp>
 #include <optional>
 
 #include "app/headless_table.h"
+#include "base/civil_time.h"
 #include "logging/log_file_data.h"
 
 namespace pallimo::app {
@@ -92,18 +94,13 @@ std::unique_ptr<HeadlessFormat> makeHeadlessFormat(OutputFormat format) {
 }
 
 std::string isoTime(Time time) {
-  const auto whole = std::chrono::floor<std::chrono::seconds>(time);
-  const auto millis = std::chrono::floor<std::chrono::milliseconds>(time - whole).count();
-  const std::time_t seconds = std::chrono::system_clock::to_time_t(whole);
-  std::tm local = {};
-  localtime_r(&seconds, &local);
-  const long minutes = local.tm_gmtoff / 60;
-  const long distance = minutes < 0 ? -minutes : minutes;
+  const base::CivilTime local = base::localTime(time);
+  const auto minutes = std::chrono::duration_cast<std::chrono::minutes>(base::offsetFromUtc(time));
+  const long distance = std::labs(static_cast<long>(minutes.count()));
   char text[80];
-  std::snprintf(text, sizeof text, "%04d-%02d-%02dT%02d:%02d:%02d.%03d%c%02ld:%02ld",
-                local.tm_year + 1900, local.tm_mon + 1, local.tm_mday, local.tm_hour, local.tm_min,
-                local.tm_sec, static_cast<int>(millis), minutes < 0 ? '-' : '+', distance / 60,
-                distance % 60);
+  std::snprintf(text, sizeof text, "%04d-%02d-%02dT%02d:%02d:%02d.%03d%c%02ld:%02ld", local.year,
+                local.month, local.day, local.hour, local.minute, local.second, local.millisecond,
+                minutes.count() < 0 ? '-' : '+', distance / 60, distance % 60);
   return text;
 }
 

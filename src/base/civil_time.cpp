@@ -28,9 +28,22 @@ CivilTime civil(system_clock::time_point time, BreakDown breakDown) {
           .millisecond = static_cast<int>((milliseconds - second).count())};
 }
 
+/// localtime_r alone may keep the zone that the process began in, however far it has travelled.
+tm* localFields(const time_t* seconds, tm* fields) {
+  tzset();
+  return localtime_r(seconds, fields);
+}
+
 }  // namespace
 
-CivilTime localTime(system_clock::time_point time) { return civil(time, localtime_r); }
+CivilTime localTime(system_clock::time_point time) { return civil(time, localFields); }
+
+std::chrono::seconds offsetFromUtc(system_clock::time_point time) {
+  const time_t seconds = std::chrono::floor<std::chrono::seconds>(time).time_since_epoch().count();
+  tm fields{};
+  if (localFields(&seconds, &fields) == nullptr) return {};
+  return std::chrono::seconds(fields.tm_gmtoff);
+}
 
 CivilTime utcTime(system_clock::time_point time) { return civil(time, gmtime_r); }
 

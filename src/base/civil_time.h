@@ -22,9 +22,14 @@ struct CivilTime {
   bool operator==(const CivilTime&) const = default;
 };
 
-/// The moment in the process's time zone; 1970-01-01 00:00 where the zone has no answer, some two
-/// billion years from now. Any thread.
+/// The moment in the time zone that the process has now, also when it has changed since the last
+/// call; 1970-01-01 00:00 where the zone has no answer, some two billion years from now. Any
+/// thread.
 CivilTime localTime(std::chrono::system_clock::time_point time);
+
+/// How far that zone's clocks are ahead of UTC at the moment; negative west of Greenwich, 0 where
+/// the zone has no answer. Any thread.
+std::chrono::seconds offsetFromUtc(std::chrono::system_clock::time_point time);
 
 /// The moment in the zone without an offset. Pure.
 CivilTime utcTime(std::chrono::system_clock::time_point time);

@@ -59,7 +59,7 @@ class LogFileModel final : public base::Observable,
   /// - on: posts "Logging started";
   /// - off: writes the file on the background queue, then, from the main queue, posts "Logging
   ///   ended" with the file's path, also when it could not be written: the rows are gone then, and
-  ///   the console has "error " and why.
+  ///   the console has "error " and why. An app that is quit meanwhile writes its file, untold.
   ///
   /// The rows change hands in the same instant as `isLogEnabled` does, before the publication, so
   /// that logging may be switched on again at once: each row stands in the file of the log in which

@@ -18,9 +18,7 @@ namespace pallimo::logging {
 ///
 /// Notices are handed over whether or not the user allows them, and whether or not the answer to
 /// that question has come: the notification centre keeps back what the user does not want.
-class LogFileModelNotification final
-    : public ports::UserNotificationsDelegate,
-      public std::enable_shared_from_this<LogFileModelNotification> {
+class LogFileModelNotification final : public ports::UserNotificationsDelegate {
  public:
   /// What it uses; all of it outlives the object and every answer of the notification centre.
   struct Services {

@@ -9,7 +9,7 @@
 namespace pallimo::logging {
 
 /// Hands the text of a log's file to `writer`, in pieces of about 64 KiB, so that the text of a day
-/// (12 MB) never stands in memory: the header, then one line a row, a line feed after each. The
+/// (11 MB) never stands in memory: the header, then one line a row, a line feed after each. The
 /// lines are those that a headless run prints. Elapsed times count from the first row.
 void writeLogFileText(const LogRows& rows, const ports::FileStore::Writer& writer);
 

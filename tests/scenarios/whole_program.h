@@ -18,7 +18,7 @@
 #include "fakes/fake_platform.h"
 #include "fakes/recording_output.h"
 #include "scenarios/sample_document.h"
-#include "unit/logging/zone_scope.h"
+#include "unit/base/zone_scope.h"
 
 namespace pallimo::scenarios {
 

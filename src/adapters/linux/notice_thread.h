@@ -24,7 +24,8 @@ namespace pallimo::adapters::linux {
 /// How long notices wait for others.
 struct NoticeLimits {
   /// For the bus and for the desktop to take one notice. Covers, as a rule, the start of a
-  /// notification service.
+  /// notification service. Not for a bus that is overrun with connections: the system holds up who
+  /// connects to it, and notices wait until it lets go.
   std::chrono::milliseconds answer{2000};
   /// For all that are under way when the app ends.
   std::chrono::milliseconds end{500};

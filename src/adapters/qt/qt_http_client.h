@@ -27,8 +27,8 @@ class QtHttpClient final : public ports::HttpClient {
   /// Asks the system's resolver.
   QtHttpClient();
   explicit QtHttpClient(NameLookUp hasAddress);
-  /// Gives up what is under way and waits for nothing from outside: neither a server, nor a name
-  /// that is being looked up, whose thread is left to end by itself.
+  /// Gives up what is under way and waits neither for a server, nor for a name or the user's
+  /// proxies that are being looked up: that thread is left to end by itself.
   ~QtHttpClient() override;
 
   void send(const ports::HttpRequest& request) override;

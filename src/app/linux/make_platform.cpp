@@ -17,10 +17,10 @@
 #include "adapters/simulated/machines.h"
 #include "adapters/simulated/simulated_machine.h"
 #include "adapters/simulated/simulation_file.h"
-#include "analytics/may_track.h"
 #include "analytics/silent_http_client.h"
 #include "app/linux/linux_platform.h"
 #include "app/linux/state_folder_choice.h"
+#include "app/told_launch.h"
 #include "helper_link/protocol/xpc_protocol.h"
 
 namespace pallimo::app {
@@ -80,10 +80,8 @@ std::variant<simulated::SimulatedMachine, StartError> machineOf(
   return std::get<simulated::SimulatedMachine>(std::move(loaded));
 }
 
-/// Only a launch that somebody sees is told of.
 std::unique_ptr<ports::HttpClient> analyticsClient(const Options& options) {
-  if (!options.headless &&
-      analytics::mayTrack(PALLIMO_ANALYTICS_URL, std::getenv("DO_NOT_TRACK"))) {
+  if (isToldLaunch(options, PALLIMO_ANALYTICS_URL, std::getenv("DO_NOT_TRACK"))) {
     return std::make_unique<adapters::qt::QtHttpClient>();
   }
   return std::make_unique<analytics::SilentHttpClient>();

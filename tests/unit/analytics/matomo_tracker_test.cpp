@@ -15,6 +15,7 @@
 #include "analytics/silent_http_client.h"
 #include "fakes/recording_http_client.h"
 #include "unit/analytics/tracked_app.h"
+#include "unit/base/zone_scope.h"
 
 namespace pallimo::analytics {
 namespace {
@@ -66,19 +67,6 @@ class MatomoTrackerTest : public testing::Test {
   std::unique_ptr<MatomoTracker> tracker_;
 };
 
-/// The process's time zone for one test.
-class TimeZone {
- public:
-  explicit TimeZone(const char* name) {
-    setenv("TZ", name, 1);
-    tzset();
-  }
-  ~TimeZone() {
-    unsetenv("TZ");
-    tzset();
-  }
-};
-
 std::chrono::system_clock::time_point at(std::chrono::year_month_day day,
                                          std::chrono::seconds time) {
   return std::chrono::sys_days(day) + time;
@@ -106,7 +94,7 @@ TEST_F(MatomoTrackerTest, TheAppsTextsComeFromItsInfoDictionary) {
   const MatomoTracker& tracker = launch();
   EXPECT_EQ(tracker.swVersion(), "1.2");
   EXPECT_EQ(tracker.appVersion(), "345");
-  EXPECT_EQ(tracker.appIdentifier(), "com.ostrovane.Pallimo");
+  EXPECT_EQ(tracker.appIdentifier(), "com.ostrovane.pallimo");
   EXPECT_EQ(tracker.appName(), "Pallimo");
 }
 
@@ -167,7 +155,7 @@ TEST_F(MatomoTrackerTest, NothingIsSentBeforeItIsAsked) {
 }
 
 TEST_F(MatomoTrackerTest, TheWholeURL) {
-  const TimeZone zone("UTC");
+  const tests::ZoneScope zone("UTC");
   app_.clock.set(at(year{2024} / 2 / 29, hours(13) + minutes(4) + seconds(5)));
   EXPECT_EQ(sentURL(),
             "https://analytics.example/piwik.php"
@@ -177,7 +165,7 @@ TEST_F(MatomoTrackerTest, TheWholeURL) {
             "%2C%224%22:%5B%22Monitors%22%2C%221%22%5D"
             "%2C%225%22:%5B%22App%20version%22%2C%22Pallimo%22%5D%7D"
             "&_id=0123456789ab4def&_idts=0&_idvc=1&_viewts=0&apiv=1"
-            "&cdt=2024-02-29%2013:04:05&e_a=SW%20Version&e_c=com.ostrovane.Pallimo&e_n=1.2&e_v=1"
+            "&cdt=2024-02-29%2013:04:05&e_a=SW%20Version&e_c=com.ostrovane.pallimo&e_n=1.2&e_v=1"
             "&h=13&idsite=2&m=4&new_visit=1&r=7&rec=1&res=3024x1964&s=5"
             "&url=http:%2F%2FPallimo");
 }
@@ -215,7 +203,7 @@ TEST_F(MatomoTrackerTest, ASilentClientTakesTheEventAndSendsNothing) {
 // The event.
 
 TEST_F(MatomoTrackerTest, TheEventTellsTheAppsVersion) {
-  EXPECT_EQ(param("e_c"), "com.ostrovane.Pallimo");
+  EXPECT_EQ(param("e_c"), "com.ostrovane.pallimo");
   EXPECT_EQ(param("e_a"), "SW Version");
   EXPECT_EQ(param("e_n"), "1.2");
   EXPECT_EQ(param("e_v"), "1");
@@ -260,7 +248,7 @@ TEST_F(MatomoTrackerTest, AValueThatIsNoUtf8IsSentEmpty) {
 // Time.
 
 TEST_F(MatomoTrackerTest, TheHoursAreLocalAndTheDateIsNot) {
-  const TimeZone zone("XYZ-5:45");  // east of Greenwich
+  const tests::ZoneScope zone("XYZ-5:45");  // east of Greenwich
   app_.clock.set(at(year{2023} / 12 / 31, hours(20) + minutes(3) + seconds(9)));
   EXPECT_EQ(param("h"), "1");
   EXPECT_EQ(param("m"), "48");
@@ -269,7 +257,7 @@ TEST_F(MatomoTrackerTest, TheHoursAreLocalAndTheDateIsNot) {
 }
 
 TEST_F(MatomoTrackerTest, LocalNumbersAreNotPaddedAndTheDatesAre) {
-  const TimeZone zone("UTC");
+  const tests::ZoneScope zone("UTC");
   app_.clock.set(at(year{2025} / 6 / 5, hours(4) + minutes(3) + seconds(2)));
   EXPECT_EQ(param("h"), "4");
   EXPECT_EQ(param("m"), "3");
@@ -278,7 +266,7 @@ TEST_F(MatomoTrackerTest, LocalNumbersAreNotPaddedAndTheDatesAre) {
 }
 
 TEST_F(MatomoTrackerTest, MidnightIsThreeZeros) {
-  const TimeZone zone("UTC");
+  const tests::ZoneScope zone("UTC");
   app_.clock.set(at(year{2024} / 1 / 1, seconds(0)));
   EXPECT_EQ(param("h") + param("m") + param("s"), "000");
 }

@@ -41,7 +41,7 @@ class AppBundle final : public ports::Bundle {
   std::map<std::string, base::PropertyList> entries_ = {
       {"CFBundleShortVersionString", base::PropertyList(std::string("1.2"))},
       {"CFBundleVersion", base::PropertyList(std::string("345"))},
-      {"CFBundleIdentifier", base::PropertyList(std::string("com.ostrovane.Pallimo"))},
+      {"CFBundleIdentifier", base::PropertyList(std::string("com.ostrovane.pallimo"))},
       {"CFBundleDisplayName", base::PropertyList(std::string("Pallimo"))},
       {"CFBundleName", base::PropertyList(std::string("PallimoShort"))},
   };

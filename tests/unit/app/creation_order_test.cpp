@@ -31,7 +31,7 @@ class CreationOrderTest : public testing::Test {
   Steps steps_;
 };
 
-TEST_F(CreationOrderTest, IsLogEngineManagerModulesTitleAndLastTheAnalytics) {
+TEST_F(CreationOrderTest, IsLogEngineModulesTitleAndLastTheAnalytics) {
   const GeneralModel general(probed_.platform());
   EXPECT_EQ(steps_, (Steps{
                         "notices",             // the log's notices

@@ -8,7 +8,7 @@
 #include <limits>
 #include <string>
 
-#include "unit/logging/zone_scope.h"
+#include "unit/base/zone_scope.h"
 
 namespace pallimo::app {
 namespace {

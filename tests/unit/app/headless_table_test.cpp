@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "unit/logging/zone_scope.h"
+#include "unit/base/zone_scope.h"
 
 namespace pallimo::app {
 namespace {

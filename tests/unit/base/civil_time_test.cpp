@@ -4,8 +4,9 @@
 #include "base/civil_time.h"
 
 #include <gtest/gtest.h>
+#include <stdlib.h>
 
-#include "unit/logging/zone_scope.h"
+#include "unit/base/zone_scope.h"
 
 namespace pallimo::base {
 namespace {
@@ -75,6 +76,26 @@ TEST(CivilTime, LocalTimeIsThatOfTheProcesssZone) {
   EXPECT_EQ(clockIn("UTC0", noon), "12:0");
   EXPECT_EQ(clockIn("IST-5:30", noon), "17:30");
   EXPECT_EQ(clockIn("PST8", noon), "4:0");
+}
+
+TEST(CivilTime, LocalTimeFollowsTheProcessToAnotherZone) {
+  const tests::ZoneScope before("UTC0");
+  const auto noon = midnight(2024, 3, 5) + 12h;
+  EXPECT_EQ(localTime(noon).hour, 12);
+  setenv("TZ", "IST-5:30", 1);  // as a journey does: nobody tells the process
+  EXPECT_EQ(localTime(noon).hour, 17);
+  EXPECT_EQ(offsetFromUtc(noon), 5h + 30min);
+}
+
+TEST(CivilTime, TheOffsetIsNegativeWestOfGreenwich) {
+  const tests::ZoneScope zone("PST8");
+  EXPECT_EQ(offsetFromUtc(midnight(2024, 3, 5)), -8h);
+}
+
+TEST(CivilTime, TheOffsetIsThatOfTheMoment) {
+  const tests::ZoneScope zone(kBerlin);
+  EXPECT_EQ(offsetFromUtc(midnight(2024, 1, 5)), 1h);
+  EXPECT_EQ(offsetFromUtc(midnight(2024, 7, 5)), 2h);
 }
 
 TEST(CivilTime, LocalTimeHasAnotherDateBeyondMidnight) {

@@ -6,7 +6,7 @@
 #include <limits>
 
 #include "unit/base/comma_locale.h"
-#include "unit/logging/zone_scope.h"
+#include "unit/base/zone_scope.h"
 
 namespace pallimo::logging {
 namespace {

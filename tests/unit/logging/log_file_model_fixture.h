@@ -17,8 +17,8 @@
 #include "fakes/recording_lines.h"
 #include "fakes/scripted_random_numbers.h"
 #include "logging/log_file_model.h"
+#include "unit/base/zone_scope.h"
 #include "unit/logging/log_reader.h"
-#include "unit/logging/zone_scope.h"
 
 namespace pallimo::tests {
 

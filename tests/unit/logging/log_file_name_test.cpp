@@ -3,7 +3,7 @@
 
 #include "logging/log_file_name.h"
 
-#include "unit/logging/zone_scope.h"
+#include "unit/base/zone_scope.h"
 
 namespace pallimo::logging {
 namespace {

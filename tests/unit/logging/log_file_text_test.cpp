@@ -8,8 +8,8 @@
 
 #include "logging/log_file_data.h"
 #include "unit/base/comma_locale.h"
+#include "unit/base/zone_scope.h"
 #include "unit/logging/log_reader.h"
-#include "unit/logging/zone_scope.h"
 
 namespace pallimo::logging {
 namespace {

@@ -5,10 +5,10 @@
 #include <cstdio>
 
 #include "logging/log_file_data.h"
+#include "unit/base/zone_scope.h"
 #include "unit/logging/field_names.h"
 #include "unit/logging/log_reader.h"
 #include "unit/logging/page.h"
-#include "unit/logging/zone_scope.h"
 
 namespace pallimo::logging {
 namespace {

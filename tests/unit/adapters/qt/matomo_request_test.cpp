@@ -95,7 +95,7 @@ TEST_F(MatomoRequest, TheServerReadsEveryParameter) {
                                {"apiv", "1"},
                                {"cdt", "2024-02-29 23:59:59"},
                                {"e_a", "SW Version"},
-                               {"e_c", "com.ostrovane.Pallimo"},
+                               {"e_c", "com.ostrovane.pallimo"},
                                {"e_n", "1.2"},
                                {"e_v", "1"},
                                {"h", std::to_string(local.hour)},

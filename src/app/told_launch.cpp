@@ -1,0 +1,14 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 The Pallimo authors
+
+#include "app/told_launch.h"
+
+#include "analytics/may_track.h"
+
+namespace pallimo::app {
+
+bool isToldLaunch(const Options& options, std::string_view analyticsURL, const char* doNotTrack) {
+  return !options.headless && analytics::mayTrack(analyticsURL, doNotTrack);
+}
+
+}  // namespace pallimo::app
