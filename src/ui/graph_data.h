@@ -3,9 +3,9 @@
 
 #pragma once
 
-#include <span>
+#include <cstddef>
+#include <functional>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace pallimo::ui {
@@ -14,7 +14,7 @@ namespace pallimo::ui {
 /// palette.h.
 enum class SeriesColor { blue, cyan, orange, pink, purple };
 
-/// One series of a graph.
+/// One series of a graph. Equal and hashable by its fields.
 struct GraphData {
   std::string id;  ///< a fresh UUID each time a panel is built
   /// Fractions of the axis, newest first: 0 is the bottom of the box and 1 the top. A value that is
@@ -32,3 +32,8 @@ struct GraphView {
 };
 
 }  // namespace pallimo::ui
+
+template <>
+struct std::hash<pallimo::ui::GraphData> {
+  std::size_t operator()(const pallimo::ui::GraphData& series) const noexcept;
+};

@@ -34,7 +34,8 @@ std::vector<Point> outline(double width, double height);
 std::vector<Line> gridLines(std::size_t numberOfLabels, double width, double height);
 
 /// Where the frame of the label at `position` begins, from the label column's corner: 4 to the
-/// right, its middle (the frame is 10 high) on the grid line of that number.
+/// right, its middle (the frame is 10 high) on the grid line of that number. A lone label stands at
+/// the top. No label at all stops the program.
 Point labelOrigin(std::size_t position, std::size_t numberOfLabels, double height);
 
 /// The first place of `label` in the list; 0 when it is none of them.
@@ -42,7 +43,7 @@ std::size_t labelPosition(std::span<const std::string> labels, std::string_view 
 
 /// The points of a series, newest first, one a point of width from the right edge leftwards, also
 /// beyond the left edge. Broken into pieces where values are not finite; a piece may be one point,
-/// which draws nothing.
+/// which draws nothing. The place of a point depends on its index alone, so a gap moves no other.
 std::vector<std::vector<Point>> curve(std::span<const double> data, double width, double height);
 
 }  // namespace pallimo::ui
