@@ -42,7 +42,9 @@ GraphCanvas::Painted GraphCanvas::draw(const GraphView& graph, QSize box, int ra
   box_ = box;
   ratio_ = ratio;
   scheme_ = scheme;
-  image_ = QImage(box * ratio, QImage::Format_RGB32);
+  if (image_.size() != box * ratio) {
+    image_ = QImage(box * ratio, QImage::Format_RGB32);
+  }
   paint({0, box.width()});
   return Painted::everything;
 }

@@ -14,8 +14,7 @@ bool drawnAlike(double a, double b) { return a == b || (!std::isfinite(a) && !st
 
 bool moved(const std::vector<double>& earlier, const std::vector<double>& later, std::size_t points,
            std::size_t visible) {
-  const auto known = visible - std::min(points, visible);
-  const auto before = std::min(earlier.size(), known);
+  const auto before = std::min(earlier.size(), visible - points);
   const auto after = std::min(later.size(), visible);
   if (before != after - std::min(points, after)) {
     return false;
@@ -37,7 +36,7 @@ std::optional<std::size_t> movement(const GraphView& earlier, const GraphView& l
   if (!sameKind(earlier, later)) {
     return std::nullopt;
   }
-  for (std::size_t points = 0; points <= kLargestMovement; ++points) {
+  for (std::size_t points = 0; points <= kLargestMovement && points < visible; ++points) {
     bool all = true;
     for (std::size_t i = 0; all && i < later.datas.size(); ++i) {
       all = moved(earlier.datas[i].data, later.datas[i].data, points, visible);

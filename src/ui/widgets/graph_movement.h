@@ -16,9 +16,9 @@ inline constexpr std::size_t kLargestMovement = 32;
 /// By how many points `earlier` has to move to the left so that only the newest points are
 /// missing to make it `later`: 0 when both look the same, nothing when no movement will do.
 ///
-/// Only the newest `visible` values of a series count, and not its id. Values are compared as they
-/// are drawn: two that are not finite are alike. A change of colours, of the number of series or of
-/// the number of labels is no movement. Pure, any thread.
+/// Only the newest `visible` (1 or more) values of a series count, and not its id. Values are
+/// compared as they are drawn: two that are not finite are alike. A change of colours, of the
+/// number of series or of the number of labels is no movement. Pure, any thread.
 std::optional<std::size_t> movement(const GraphView& earlier, const GraphView& later,
                                     std::size_t visible);
 

@@ -16,7 +16,7 @@ namespace pallimo::ui::widgets {
 namespace {
 
 constexpr int kPadding = 5;
-constexpr int kRowHeight = 13;
+constexpr int kRowHeight = 12;
 constexpr int kColumnGap = 8;
 constexpr int kDistance = 6;  // from the line
 constexpr double kRadius = 5;
@@ -25,7 +25,7 @@ constexpr double kLineOpacity = 0.4;
 QFont labelFont() { return systemFont(text_size::kFootnote); }
 QFont figureFont() { return systemFont(text_size::kFootnote, QFont::Medium); }
 
-double rowBaseline(int row) { return kPadding + row * kRowHeight + 10; }
+double rowBaseline(int row) { return kPadding + row * kRowHeight + 9.5; }
 
 }  // namespace
 

@@ -6,6 +6,7 @@
 #include <QFontMetricsF>
 #include <QMouseEvent>
 #include <QPainter>
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -19,6 +20,24 @@ namespace pallimo::ui::widgets {
 namespace {
 
 constexpr double kLabelHeight = 10;
+constexpr double kWidestLabel = 24;
+constexpr double kSmallestLabel = 6;
+
+double widestOf(const std::vector<std::string>& labels, const QFont& font) {
+  const QFontMetricsF metrics(font);
+  double widest = 0;
+  for (const std::string& label : labels) {
+    widest = std::max(widest, metrics.horizontalAdvance(QString::fromStdString(label)));
+  }
+  return widest;
+}
+
+// Smaller than the system's footnote where a label of four digits would not have its place.
+QFont labelFont(const std::vector<std::string>& labels) {
+  double size = text_size::kFootnote;
+  while (size > kSmallestLabel && widestOf(labels, systemFont(size)) > kWidestLabel) --size;
+  return systemFont(size);
+}
 
 // Whole pixels at whole places can be kept and moved; others have to be painted where they stand.
 bool isWhole(const QTransform& transform) {
@@ -93,7 +112,7 @@ void GraphWidget::paintBox(QPainter& painter) {
 }
 
 void GraphWidget::paintLabels(QPainter& painter) const {
-  const QFont font = systemFont(text_size::kFootnote);
+  const QFont font = labelFont(graph_.axisLabels);
   const QFontMetricsF metrics(font);
   painter.setFont(font);
   painter.setPen(toColor(colorsOf(scheme_).secondaryText));
@@ -106,9 +125,13 @@ void GraphWidget::paintLabels(QPainter& painter) const {
   }
 }
 
-void GraphWidget::mouseMoveEvent(QMouseEvent* event) {
-  const bool inside = box().contains(event->position().toPoint());
-  pointer_ = inside ? std::optional(event->position().x() - box().x()) : std::nullopt;
+void GraphWidget::enterEvent(QEnterEvent* event) { pointAt(event->position()); }
+
+void GraphWidget::mouseMoveEvent(QMouseEvent* event) { pointAt(event->position()); }
+
+void GraphWidget::pointAt(QPointF position) {
+  const bool inside = QRectF(box()).contains(position);
+  pointer_ = inside ? std::optional(position.x() - box().x()) : std::nullopt;
   showReadout();
 }
 

@@ -52,6 +52,7 @@ class GraphWidget final : public QWidget {
 
  protected:
   void paintEvent(QPaintEvent* event) override;
+  void enterEvent(QEnterEvent* event) override;
   void mouseMoveEvent(QMouseEvent* event) override;
   void leaveEvent(QEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
@@ -59,6 +60,7 @@ class GraphWidget final : public QWidget {
  private:
   void paintBox(QPainter& painter);
   void paintLabels(QPainter& painter) const;
+  void pointAt(QPointF position);
   void showReadout();
 
   GraphView graph_;

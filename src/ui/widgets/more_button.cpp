@@ -33,22 +33,21 @@ MoreButton::MoreButton(Rows rows, QWidget* parent)
 void MoreButton::setColorScheme(ColorScheme scheme) {
   scheme_ = scheme;
   if (menu_) {
-    styleMenu(*menu_, scheme);
+    fillMenu(*menu_, rows_(), scheme_);
   }
   update();
 }
 
 void MoreButton::refreshMenu() {
   if (menu_) {
-    widgets::refreshMenu(*menu_, rows_());
+    widgets::refreshMenu(*menu_, rows_(), scheme_);
   }
 }
 
 void MoreButton::openMenu() {
   auto* menu = new QMenu(this);
   menu->setAttribute(Qt::WA_DeleteOnClose);
-  styleMenu(*menu, scheme_);
-  fillMenu(*menu, rows_());
+  fillMenu(*menu, rows_(), scheme_);
   menu_ = menu;
   connect(menu, &QMenu::aboutToHide, this, [this] {
     menu_ = nullptr;
@@ -63,9 +62,9 @@ void MoreButton::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
   const bool isLit = underMouse() || isDown() || menu_;
-  painter.setPen(hasFocus() ? QPen(toColor(colors.accent), 2) : QPen(Qt::NoPen));
+  painter.setPen(showsFocus_ ? QPen(toColor(colors.accent), 2) : QPen(Qt::NoPen));
   painter.setBrush(toColor(isLit ? colors.controlHover : colors.control));
-  const double inset = hasFocus() ? 1 : 0;
+  const double inset = showsFocus_ ? 1 : 0;
   painter.drawRoundedRect(QRectF(rect()).adjusted(inset, inset, -inset, -inset), kRadius, kRadius);
   painter.setPen(Qt::NoPen);
   painter.setBrush(toColor(colors.secondaryText));
@@ -85,6 +84,16 @@ void MoreButton::keyPressEvent(QKeyEvent* event) {
     default:
       QAbstractButton::keyPressEvent(event);
   }
+}
+
+void MoreButton::focusInEvent(QFocusEvent* event) {
+  showsFocus_ = event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason;
+  QAbstractButton::focusInEvent(event);
+}
+
+void MoreButton::focusOutEvent(QFocusEvent* event) {
+  showsFocus_ = false;
+  QAbstractButton::focusOutEvent(event);
 }
 
 void MoreButton::enterEvent(QEnterEvent*) { update(); }

@@ -15,7 +15,8 @@ class QMenu;
 namespace pallimo::ui::widgets {
 
 /// The small button with the three dots that opens the app's menu. Lights up under the pointer;
-/// mouse, Space, Return and the down key open the menu. Main thread.
+/// mouse, Space, Return and the down key open the menu. Focus shows when the keyboard brought it.
+/// Main thread.
 class MoreButton final : public QAbstractButton {
  public:
   /// The menu's rows as they are at the moment; asked each time the menu opens or is refreshed.
@@ -39,6 +40,8 @@ class MoreButton final : public QAbstractButton {
  protected:
   void paintEvent(QPaintEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
+  void focusInEvent(QFocusEvent* event) override;
+  void focusOutEvent(QFocusEvent* event) override;
   void enterEvent(QEnterEvent* event) override;
   void leaveEvent(QEvent* event) override;
 
@@ -47,6 +50,7 @@ class MoreButton final : public QAbstractButton {
 
   Rows rows_;
   ColorScheme scheme_ = ColorScheme::light;
+  bool showsFocus_ = false;
   QMenu* menu_ = nullptr;  ///< while it is open
 };
 

@@ -4,6 +4,7 @@
 #include "ui/widgets/panel_widget.h"
 
 #include <QPainter>
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -35,6 +36,20 @@ bool sameColumns(const std::vector<ValueColumn>& a, const std::vector<ValueColum
   return true;
 }
 
+ValueStyle styleOf(const ValueColumn& column) {
+  return column.values.size() > 1 ? ValueStyle::shared : ValueStyle::alone;
+}
+
+double sharedLabelWidth(const ValueColumn& column) {
+  double width = 0;
+  if (styleOf(column) == ValueStyle::shared) {
+    for (const PanelValue& value : column.values) {
+      width = std::max(width, ValueWidget::labelWidth(ValueStyle::shared, value));
+    }
+  }
+  return width;
+}
+
 QString spokenUnit(const std::string& unit) {
   if (unit == "WATTS") return "watts";
   if (unit == "GHZ") return "gigahertz";
@@ -50,9 +65,10 @@ PanelWidget::PanelWidget(Panel panel, ReadoutSource readout, QWidget* parent)
       panel_(std::move(panel)),
       title_(new ModuleTitleRow(this)),
       graph_(new GraphWidget(this)) {
+  resize(sizeHint());
   if (readout) {
-    graph_->setReadoutSource([this, readout = std::move(readout)](double x, double width) {
-      return readout(x, width, panel_);
+    graph_->setReadoutSource([this, source = std::move(readout)](double x, double width) {
+      return source(x, width, panel_);
     });
   }
   buildValues();
@@ -93,8 +109,9 @@ void PanelWidget::showAll() {
   const QString unit = spokenUnit(panel_.title.labelRight);
   auto widget = values_.begin();
   for (const ValueColumn& column : panel_.columns) {
+    const double labelRoom = sharedLabelWidth(column);
     for (const PanelValue& value : column.values) {
-      (*widget++)->setValue(value, unit);
+      (*widget++)->setValue(value, unit, labelRoom);
     }
   }
 }
@@ -103,9 +120,8 @@ void PanelWidget::buildValues() {
   for (ValueWidget* old : values_) delete old;
   values_.clear();
   for (const ValueColumn& column : panel_.columns) {
-    const auto style = column.values.size() > 1 ? ValueStyle::shared : ValueStyle::alone;
     for (std::size_t i = 0; i < column.values.size(); ++i) {
-      values_.push_back(new ValueWidget(style, column.width, this));
+      values_.push_back(new ValueWidget(styleOf(column), column.width, this));
       values_.back()->setColorScheme(scheme_);
       values_.back()->setVisible(true);
     }

@@ -36,21 +36,54 @@ const Style& styleOf(ValueStyle style) { return style == ValueStyle::alone ? kAl
 
 QFont figureFont(double size) { return systemFont(size, QFont::Medium); }
 
+// Values of one pattern are equally wide.
+std::string patternOf(const PanelValue& value) {
+  std::string pattern = value.labelUp + '\n' + value.labelDown + '\n' + value.value;
+  std::ranges::replace_if(
+      pattern, [](char c) { return c >= '0' && c <= '9'; }, '0');
+  return pattern;
+}
+
+QFont labelFont(ValueStyle style, const PanelValue& value) {
+  const bool isStacked = !value.labelDown.empty();
+  return systemFont(isStacked ? styleOf(style).stackedLabelSize : styleOf(style).labelSize,
+                    QFont::Medium);
+}
+
 }  // namespace
 
 ValueWidget::ValueWidget(ValueStyle style, double width, QWidget* parent)
-    : QLabel(parent), style_(style), columnWidth_(width) {
+    : QLabel(parent),
+      style_(style),
+      columnWidth_(width),
+      figureSize_(styleOf(style).figureSize),
+      figure_(figureFont(figureSize_)) {
   setAttribute(Qt::WA_OpaquePaintEvent);
   setFixedSize(static_cast<int>(std::lround(width)) + kGap, styleOf(style).height);
 }
 
-void ValueWidget::setValue(const PanelValue& value, const QString& unit) {
+void ValueWidget::setValue(const PanelValue& value, const QString& unit, double labelRoom) {
   const QString label = QString::fromStdString(value.labelUp + " " + value.labelDown).trimmed();
   setAccessibleName(label + ' ' + QString::fromStdString(value.value) + ' ' + unit);
-  if (value != value_) {
+  if (value != value_ || labelRoom != labelRoom_) {
+    const bool sameWidths = labelRoom == labelRoom_ && patternOf(value) == patternOf(value_);
     value_ = value;
+    labelRoom_ = labelRoom;
+    if (!sameWidths) {
+      fit();
+    }
     update();
   }
+}
+
+double ValueWidget::labelWidth(ValueStyle style, const PanelValue& value) {
+  const QFontMetricsF metrics(labelFont(style, value));
+  return std::ceil(std::max(metrics.horizontalAdvance(QString::fromStdString(value.labelUp)),
+                            metrics.horizontalAdvance(QString::fromStdString(value.labelDown))));
+}
+
+double ValueWidget::figureEnd() const {
+  return figureX_ + figure_.width(QString::fromStdString(value_.value));
 }
 
 void ValueWidget::setColorScheme(ColorScheme scheme) {
@@ -62,13 +95,16 @@ void ValueWidget::paintEvent(QPaintEvent*) {
   const Palette& colors = colorsOf(scheme_);
   QPainter painter(this);
   painter.fillRect(rect(), toColor(colors.panel));
-  paintLabel(painter, toColor(colors.secondaryText));
-  paintFigure(painter, toColor(colors.series(value_.color)));
+  if (showsLabel_) {
+    paintLabel(painter, toColor(colors.secondaryText));
+  }
+  figure_.draw(painter, {figureX_, styleOf(style_).baseline}, toColor(colors.series(value_.color)),
+               QString::fromStdString(value_.value));
 }
 
 void ValueWidget::paintLabel(QPainter& painter, const QColor& color) const {
   const Style& style = styleOf(style_);
-  painter.setFont(labelFont());
+  painter.setFont(labelFont_);
   painter.setPen(color);
   const QString up = QString::fromStdString(value_.labelUp);
   if (value_.labelDown.empty()) {
@@ -79,29 +115,28 @@ void ValueWidget::paintLabel(QPainter& painter, const QColor& color) const {
   painter.drawText(QPointF(0, style.lowerBaseline), QString::fromStdString(value_.labelDown));
 }
 
-void ValueWidget::paintFigure(QPainter& painter, const QColor& color) const {
-  const Style& style = styleOf(style_);
-  const QString text = QString::fromStdString(value_.value);
-  const double room = columnWidth_ + kGap - kClear - labelWidth();
-  double size = style.figureSize;
-  FigureText figure(figureFont(size));
-  while (figure.width(text) + kSmallestLabelGap > room && size > style.smallestFigure) {
-    figure = FigureText(figureFont(--size));
+void ValueWidget::fit() {
+  labelFont_ = labelFont(style_, value_);
+  const double label = std::max(labelRoom_, labelWidth(style_, value_));
+  showsLabel_ = fitBehind(label + kSmallestLabelGap);
+  if (!showsLabel_) {
+    fitBehind(0);
+    return;
   }
-  const double gap = std::clamp(room - figure.width(text), kSmallestLabelGap, kLabelGap);
-  figure.draw(painter, {labelWidth() + gap, style.baseline}, color, text);
+  const double rest = columnWidth_ + kGap - kClear - figureEnd();
+  figureX_ += std::clamp(rest, 0.0, kLabelGap - kSmallestLabelGap);
 }
 
-double ValueWidget::labelWidth() const {
-  const QFontMetricsF metrics(labelFont());
-  return std::ceil(std::max(metrics.horizontalAdvance(QString::fromStdString(value_.labelUp)),
-                            metrics.horizontalAdvance(QString::fromStdString(value_.labelDown))));
-}
-
-QFont ValueWidget::labelFont() const {
+bool ValueWidget::fitBehind(double begin) {
   const Style& style = styleOf(style_);
-  return systemFont(value_.labelDown.empty() ? style.labelSize : style.stackedLabelSize,
-                    QFont::Medium);
+  figureX_ = begin;
+  figureSize_ = style.figureSize;
+  figure_ = FigureText(figureFont(figureSize_));
+  const double end = columnWidth_ + kGap - kClear;
+  while (figureEnd() > end && figureSize_ > style.smallestFigure) {
+    figure_ = FigureText(figureFont(--figureSize_));
+  }
+  return figureEnd() <= end;
 }
 
 }  // namespace pallimo::ui::widgets

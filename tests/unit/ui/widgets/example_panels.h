@@ -6,11 +6,13 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "ui/main_title_content.h"
 #include "ui/panel.h"
+#include "ui/readout.h"
 
 namespace pallimo::ui::widgets {
 
@@ -95,9 +97,41 @@ inline Panel examplePairPanel(int moment = 0) {
   return panel;
 }
 
+/// The panels with the longest figures and labels that there are.
+inline std::vector<Panel> widestPanels() {
+  std::vector<Panel> panels = {examplePowerPanel(), exampleFrequencyPanel(),
+                               exampleTemperaturePanel(), examplePairPanel()};
+  for (ValueColumn& column : panels[0].columns) column.values[0].value = "1234.56";
+  panels[0].graph.axisLabels = {"1200", "1000", "800", "600", "400", "200", "0"};
+  panels[1].columns[0].values[0].value = "nan";
+  panels[1].columns[1].values[0].value = "-1";
+  panels[1].columns[2].values[0].value = "10.00";
+  panels[2].columns[0].values[0].value = "249.98";
+  panels[2].columns[1].values[0].value = "1000";
+  panels[2].columns[2].values[0].value = "-273";
+  panels[2].columns[3].values[0].value = "1000.0";
+  panels[3].columns[0].values[0].value = "100.00";
+  panels[3].columns[1].values[0].value = "100.00";
+  return panels;
+}
+
 inline std::vector<Panel> examplePanels(int moment = 0) {
   return {examplePowerPanel(moment), exampleFrequencyPanel(moment), exampleTemperaturePanel(moment),
           exampleUtilizationPanel(moment)};
+}
+
+/// A panel's figures one after the other, as if they were of the sample at `x`.
+inline std::optional<Readout> exampleReadout(double x, double, const Panel& panel) {
+  Readout readout;
+  readout.x = std::round(x);
+  readout.age = "3 min 20 s ago";
+  for (const ValueColumn& column : panel.columns) {
+    for (const PanelValue& value : column.values) {
+      const std::string gap = value.labelDown.empty() ? "" : " ";
+      readout.entries.push_back({value.labelUp + gap + value.labelDown, value.value, value.color});
+    }
+  }
+  return readout;
 }
 
 inline MainTitleContent exampleTitle() {
@@ -106,6 +140,16 @@ inline MainTitleContent exampleTitle() {
                 {"(4 E-Cores + 8 P-Cores)", FontRole::title3Medium}};
   content[1] = {{"Apple M2 Pro", FontRole::title3Bold},
                 {"(19 GPU-Cores)", FontRole::headlineMedium}};
+  return content;
+}
+
+/// The longest name that a Mac's chip has, with the most cores.
+inline MainTitleContent longestTitle() {
+  MainTitleContent content;
+  content[0] = {{"Apple M1 Ultra", FontRole::title2Bold},
+                {"(16 E-Cores + 32 P-Cores)", FontRole::title3Medium}};
+  content[1] = {{"error in CPU type", FontRole::title3Bold},
+                {"(-1 GPU-Cores)", FontRole::headlineMedium}};
   return content;
 }
 
