@@ -36,7 +36,9 @@ pallimo_floor(4 src/adapters/qt)
 pallimo_floor(5 src/sampling)
 pallimo_floor(6 src/modules)
 pallimo_floor(7 src/logging)
-pallimo_floor(8 src/app)
+pallimo_floor(7 src/ui)
+pallimo_floor(8 src/ui/widgets)
+pallimo_floor(9 src/app)
 pallimo_floor(8 helper)
 pallimo_floor(8 tools/powermetrics)
 
@@ -82,6 +84,16 @@ pallimo_arrow(src/logging src/ports "asks clock and settings, writes the file, t
 pallimo_arrow(src/logging src/sampling "takes its row as the engine's last step")
 pallimo_arrow(src/logging src/modules "reads the current values")
 
+pallimo_arrow(src/ui src/base "text formats, identifiers")
+pallimo_arrow(src/ui src/ports "reads and writes the settings")
+pallimo_arrow(src/ui src/modules "shows their figures")
+
+pallimo_arrow(src/ui/widgets src/base "subscriptions")
+pallimo_arrow(src/ui/widgets src/ports "settings that a click changes")
+pallimo_arrow(src/ui/widgets src/ui "paints its values")
+
+pallimo_arrow(src/app src/ui "builds the panels from the models")
+pallimo_arrow(src/app src/ui/widgets "opens the window")
 pallimo_arrow(src/app src/base "wires everything")
 pallimo_arrow(src/app src/ports "wires everything")
 pallimo_arrow(src/app src/helper_link/protocol "wires everything")

@@ -32,12 +32,15 @@ if(NOT APPLE)
 endif()
 
 if(PALLIMO_QT)
-  find_package(Qt6 6.4 REQUIRED COMPONENTS Core Gui Network)
+  find_package(Qt6 6.4 REQUIRED COMPONENTS Core Gui Widgets Network)
   pallimo_folder(src/adapters/qt LINKS Qt6::Core Qt6::Gui Qt6::Network)
+  pallimo_folder(src/ui/widgets LINKS Qt6::Widgets)
   if(NOT APPLE)
-    file(GLOB app_platform CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/src/app/linux/*.cpp")
+    file(GLOB app_platform CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/src/app/linux/*.cpp"
+                                             "${PROJECT_SOURCE_DIR}/src/app/window/*.cpp")
     add_executable(pallimo src/app/main.cpp ${app_platform})
-    target_link_libraries(pallimo PRIVATE pallimo_src_app pallimo_src_adapters_qt)
+    target_link_libraries(pallimo PRIVATE pallimo_src_app pallimo_src_adapters_qt
+                                          pallimo_src_ui_widgets)
     target_compile_definitions(pallimo PRIVATE PALLIMO_VERSION="${PROJECT_VERSION}"
                                                PALLIMO_ANALYTICS_URL="${PALLIMO_ANALYTICS_URL}")
     configure_file("${PROJECT_SOURCE_DIR}/cmake/AppInfo.plist.in"

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "sensors/sg_system_info.h"
+#include "ui/addresses.h"
 
 namespace pallimo::app {
 
@@ -59,7 +60,8 @@ analytics::MatomoTracker::Services trackerServices(const Platform& platform) {
 }  // namespace
 
 GeneralModel::GeneralModel(const Platform& platform)
-    : processor_(processorOf(platform)),
+    : urlOpener_(platform.urlOpener),
+      processor_(processorOf(platform)),
       logfileModel_(logging::LogFileModel::create(logServices(platform))),
       modelPowerMetrics_(sampling::SGPowerMetrics::create(engineServices(platform))),
       xpcmanager_(helper_link::XPCManager::create(managerServices(platform, processor_))),
@@ -99,6 +101,12 @@ void GeneralModel::wire() {
     if (const auto log = weak.lock()) log->appendRow(row);
   });
 }
+
+void GeneralModel::contactDeveloper() { urlOpener_.open(ui::kSupportAddress); }
+
+void GeneralModel::openStorePage() { urlOpener_.open(ui::kStoreAddress); }
+
+void GeneralModel::openSocialPage() { urlOpener_.open(ui::kSocialAddress); }
 
 void GeneralModel::applicationWillTerminate() {
   // Elsewhere no helper was ever contacted, and none is started to be closed.

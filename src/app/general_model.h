@@ -16,6 +16,7 @@
 #include "modules/module_model_power.h"
 #include "modules/module_model_temperature.h"
 #include "modules/module_model_utilization.h"
+#include "ports/url_opener.h"
 #include "sampling/sg_power_metrics.h"
 #include "updates/sparkle_updater.h"
 
@@ -59,12 +60,21 @@ class GeneralModel {
   const std::shared_ptr<updates::SparkleUpdater>& sparkle() const { return sparkle_; }
   const std::shared_ptr<logging::SampleRows>& sampleRows() const { return sampleRows_; }
 
+  // What menus offer; each hands one address to whatever opens it. Main thread.
+  /// A new e-mail to the support.
+  void contactDeveloper();
+  /// The store page of "Corvix Stats".
+  void openStorePage();
+  /// The maker's page on the social network.
+  void openSocialPage();
+
   /// The app is about to end: tells the helper to stop. Sampling is not stopped separately.
   void applicationWillTerminate();
 
  private:
   void wire();
 
+  ports::UrlOpener& urlOpener_;
   // In the order of creation.
   const helper_link::Processor processor_;
   const std::shared_ptr<logging::LogFileModel> logfileModel_;

@@ -4,10 +4,12 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <QApplication>
 #include <QCoreApplication>
 #include <clocale>
 #include <csignal>
 #include <iostream>
+#include <memory>
 #include <optional>
 #include <string>
 #include <variant>
@@ -19,6 +21,7 @@
 #include "app/headless_run.h"
 #include "app/make_platform.h"
 #include "app/shared_general_model.h"
+#include "app/window/window_run.h"
 
 namespace pallimo::app {
 namespace {
@@ -65,14 +68,24 @@ RunEnd runHeadless(const Platform& platform, const Options& options) {
   return end;
 }
 
+RunEnd runWindow(const Platform& platform) {
+  GeneralModel& general = SharedGeneralModel::get();
+  WindowRun run(platform, general);
+  const adapters::qt::UnixSignals interruptions([] { QCoreApplication::quit(); });
+  run.window().show();
+  QCoreApplication::exec();
+  general.applicationWillTerminate();
+  return {};
+}
+
 RunEnd runApp(const Options& options) {
-  if (!options.headless) return {1, "the window is not built yet; run with --headless"};
   const auto made = makePlatform(options);
   if (const auto* error = std::get_if<StartError>(&made)) return {kUsageStatus, error->message};
   PlatformOwner& owner = *std::get<std::unique_ptr<PlatformOwner>>(made);
   // Never released: the models live as long as the process.
   [[maybe_unused]] const auto* shared = new SharedGeneralModel(owner.platform());
-  RunEnd end = runHeadless(owner.platform(), options);
+  RunEnd end =
+      options.headless ? runHeadless(owner.platform(), options) : runWindow(owner.platform());
   owner.endLink();
   return end;
 }
@@ -106,8 +119,13 @@ int main(int argumentCount, char* arguments[]) {
     case Options::Action::run:
       break;
   }
+  if (!options.headless) {
+    if (const auto problem = missingDisplay()) return fail(kUsageStatus, problem->message);
+  }
   int one = 1;  // the command line is ours alone
-  const QCoreApplication application(one, arguments);
+  const std::unique_ptr<QCoreApplication> application =
+      options.headless ? std::make_unique<QCoreApplication>(one, arguments)
+                       : std::make_unique<QApplication>(one, arguments);
   // Qt has taken over the user's locale.
   std::setlocale(LC_NUMERIC, "C");
   const RunEnd end = runApp(options);

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <variant>
 #include <vector>
@@ -33,6 +34,10 @@ struct StartError {
 /// Fills the platform for this operating system. Each system has its own definition, in a folder of
 /// its own; the build picks one.
 std::variant<std::unique_ptr<PlatformOwner>, StartError> makePlatform(const Options& options);
+
+/// Why no window can be shown here, if so: asked before a QApplication is made, which stops the
+/// program where there is no display. Each system has its own definition.
+std::optional<StartError> missingDisplay();
 
 /// What `--list-machines` prints, line by line: the machines that are built in and, behind them,
 /// the recording that the options name. A machine that can't be used is the error of a start with

@@ -28,6 +28,7 @@
 #include "ports/software_updater.h"
 #include "ports/system_controls.h"
 #include "ports/system_log.h"
+#include "ports/url_opener.h"
 #include "ports/user_defaults.h"
 #include "ports/user_notifications.h"
 
@@ -62,6 +63,7 @@ struct Platform {
   ports::HttpClient& analyticsClient;       ///< one that sends nothing, where nothing may be told
   const ports::Screens& screens;
   const ports::ProcessInformation& processInformation;
+  ports::UrlOpener& urlOpener;
   std::string_view analyticsURL;  ///< base of the analytics server, with "/" at its end
 };
 

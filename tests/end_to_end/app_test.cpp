@@ -321,11 +321,23 @@ TEST_F(AppRefusal, AStateFolderThatCannotBeUsedIsStatus2) {
   EXPECT_EQ(text.rfind("pallimo: the state folder's path is too long: ", 0), 0u) << text;
 }
 
-TEST_F(AppRefusal, WithoutHeadlessThereIsNothingToSee) {
-  const auto app = start({"--state-dir", stateFolder()});
-  EXPECT_EQ(app->exitStatus(), 1);
-  EXPECT_EQ(app->errorText(), "pallimo: the window is not built yet; run with --headless\n");
+TEST_F(AppRefusal, AWindowWithoutADisplayIsOneLineAndStatus2) {
+  const auto app =
+      start({"--state-dir", stateFolder()}, {"DISPLAY=", "WAYLAND_DISPLAY=", "QT_QPA_PLATFORM="});
+  EXPECT_EQ(app->exitStatus(), 2);
+  EXPECT_EQ(app->errorText(),
+            "pallimo: there is no display to show the window on; run with --headless\n");
   EXPECT_FALSE(fs::exists(stateFolder()));
+}
+
+/// The app with its window, on a display that nobody sees.
+using AppWindow = AppTest;
+
+TEST_F(AppWindow, StaysUntilItIsToldToEnd) {
+  const auto app = start({"--state-dir", stateFolder()}, {"QT_QPA_PLATFORM=offscreen"});
+  EXPECT_EQ(app->readLine(), "connectionInvalidationHandler");  // nothing is installed yet
+  app->send(SIGTERM);
+  EXPECT_EQ(app->exitStatus(), 0);
 }
 
 using AppAnswers = AppTest;

@@ -108,6 +108,7 @@ class RealHelperApp : public LinkTest {
                                    .analyticsClient = desktop_.analyticsClient,
                                    .screens = desktop_.screens,
                                    .processInformation = desktop_.processInformation,
+                                   .urlOpener = desktop_.urlOpener,
                                    .analyticsURL = fakes::FakeDesktop::kAnalyticsURL});
     general_->sampleRows()->addReceiver([this](const logging::LogRow&) { ++rows_; });
     view_ = std::make_unique<app::ContentView>(queue_, *general_);

@@ -11,6 +11,7 @@
 #include "fakes/fake_user_notifications.h"
 #include "fakes/memory_file_store.h"
 #include "fakes/recording_http_client.h"
+#include "fakes/recording_url_opener.h"
 #include "fakes/scripted_random_numbers.h"
 
 namespace pallimo::fakes {
@@ -26,6 +27,7 @@ struct FakeDesktop {
   RecordingHttpClient analyticsClient;
   FakeScreens screens;
   FakeProcessInformation processInformation;
+  RecordingUrlOpener urlOpener;
 };
 
 }  // namespace pallimo::fakes

@@ -84,6 +84,7 @@ struct FakePlatform {
             .analyticsClient = desktop.analyticsClient,
             .screens = desktop.screens,
             .processInformation = desktop.processInformation,
+            .urlOpener = desktop.urlOpener,
             .analyticsURL = FakeDesktop::kAnalyticsURL};
   }
 };

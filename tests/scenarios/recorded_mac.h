@@ -160,6 +160,7 @@ class RecordedMac {
             .analyticsClient = desktop_.analyticsClient,
             .screens = desktop_.screens,
             .processInformation = desktop_.processInformation,
+            .urlOpener = desktop_.urlOpener,
             .analyticsURL = fakes::FakeDesktop::kAnalyticsURL};
   }
 

@@ -55,6 +55,7 @@ LinuxPlatform::LinuxPlatform(Parts parts)
                 .analyticsClient = *analyticsClient_,
                 .screens = screens_,
                 .processInformation = processInformation_,
+                .urlOpener = urlOpener_,
                 .analyticsURL = PALLIMO_ANALYTICS_URL} {}
 
 void LinuxPlatform::endLink() {

@@ -22,6 +22,7 @@
 #include "adapters/qt/qt_main_queue.h"
 #include "adapters/qt/qt_process_information.h"
 #include "adapters/qt/qt_screens.h"
+#include "adapters/qt/qt_url_opener.h"
 #include "adapters/qt/qt_user_defaults.h"
 #include "adapters/qt/system_clock.h"
 #include "adapters/simulated/faults.h"
@@ -78,6 +79,7 @@ class LinuxPlatform final : public PlatformOwner {
   const std::unique_ptr<ports::HttpClient> analyticsClient_;
   const adapters::qt::QtScreens screens_;
   const adapters::qt::QtProcessInformation processInformation_;
+  adapters::qt::QtUrlOpener urlOpener_;
   adapters::linux::SyslogLog systemLog_;
   adapters::linux::BuiltBundle bundle_;
   adapters::linux::UserAuthorization authorization_;

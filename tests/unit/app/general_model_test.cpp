@@ -131,6 +131,17 @@ TEST_F(GeneralModelTest, AnotherProcessorIsNot) {
   EXPECT_EQ(GeneralModel(platform_.platform()).processor(), helper_link::Processor::other);
 }
 
+TEST_F(GeneralModelTest, EachLinkOfTheMenusOpensItsOneAddress) {
+  GeneralModel general(platform_.platform());
+  general.contactDeveloper();
+  general.openStorePage();
+  general.openSocialPage();
+  EXPECT_EQ(platform_.desktop.urlOpener.takeOpened(),
+            (std::vector<std::string>{"mailto:support@pallimo.invalid",
+                                      "https://store.pallimo.invalid/corvix-stats",
+                                      "https://social.pallimo.invalid/pallimo"}));
+}
+
 TEST_F(GeneralModelTest, TerminatingClosesTheHelper) {
   GeneralModel general(platform_.platform());
   general.applicationWillTerminate();

@@ -50,6 +50,7 @@ class ProbedPorts {
             .analyticsClient = client_,
             .screens = platform_.screens,
             .processInformation = platform_.processInformation,
+            .urlOpener = platform_.urlOpener,
             .analyticsURL = platform_.analyticsURL};
   }
 

@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 The Pallimo authors
+
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "app/content_view.h"
+#include "app/general_model.h"
+#include "app/platform.h"
+#include "base/subscription.h"
+#include "ui/sample_times.h"
+#include "ui/widgets/main_window.h"
+#include "ui/widgets/settings_window.h"
+
+namespace pallimo::app {
+
+/// A run with a window: joins models, settings and the app's actions to the two windows. Main
+/// thread; needs a QApplication. Platform and model outlive it.
+class WindowRun {
+ public:
+  WindowRun(const Platform& platform, GeneralModel& general);
+  ~WindowRun();
+  WindowRun(const WindowRun&) = delete;
+  WindowRun& operator=(const WindowRun&) = delete;
+
+  ui::widgets::MainWindow& window() { return window_; }
+  ui::widgets::SettingsWindow& settings() { return settings_; }
+
+ private:
+  ui::widgets::MainWindow::Services windowServices();
+  ui::widgets::SettingsWindow::Services settingsServices() const;
+  ui::MainWindowActions actions();
+  void follow();
+  void followSamples();
+
+  const Platform platform_;
+  GeneralModel& general_;
+  ContentView view_;
+  /// Written on the delivery thread, which may outlive the run.
+  const std::shared_ptr<ui::SampleTimes> times_;
+  ui::widgets::MainWindow window_;
+  ui::widgets::SettingsWindow settings_;
+  /// What other threads find the window by, on the main queue; nullptr once it is gone.
+  const std::shared_ptr<ui::widgets::MainWindow*> shown_;
+  std::vector<base::Subscription> subscriptions_;
+};
+
+}  // namespace pallimo::app

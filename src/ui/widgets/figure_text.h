@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 The Pallimo authors
+
+#pragma once
+
+#include <QColor>
+#include <QFont>
+#include <QPointF>
+#include <QRawFont>
+#include <QString>
+
+class QPainter;
+
+namespace pallimo::ui::widgets {
+
+/// Texts of figures in one font, in which every digit is as wide as the widest one: digits that
+/// change do not make their neighbours dance, in whatever font the system has. Main thread.
+class FigureText {
+ public:
+  explicit FigureText(const QFont& font);
+
+  /// Points from the text's beginning to its end.
+  double width(const QString& text) const;
+
+  /// `position` is where the text's base line begins.
+  void draw(QPainter& painter, QPointF position, const QColor& color, const QString& text) const;
+
+ private:
+  double advance(quint32 glyph) const;
+  bool isDigit(quint32 glyph) const { return digits_.contains(glyph); }
+
+  QRawFont raw_;
+  QList<quint32> digits_;
+  double digitWidth_ = 0;
+};
+
+}  // namespace pallimo::ui::widgets

@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 The Pallimo authors
+
+#include "ui/widgets/folder_chooser.h"
+
+#include <QDir>
+#include <QFileDialog>
+#include <QFileInfo>
+
+#include "ui/widgets/text.h"
+
+namespace pallimo::ui::widgets {
+
+void prepareFolderDialog(QFileDialog& dialog, const std::string& folder) {
+  dialog.setFileMode(QFileDialog::Directory);
+  dialog.setOption(QFileDialog::ShowDirsOnly);
+  dialog.setDirectory(QString::fromStdString(folder));
+  dialog.setLabelText(QFileDialog::Accept, toText(kSelectFolder));
+}
+
+ChooserResult chooseFolder(QWidget& parent, const std::string& folder) {
+  QFileDialog dialog(&parent);
+  prepareFolderDialog(dialog, folder);
+  if (dialog.exec() != QDialog::Accepted) {
+    return {};
+  }
+  const QString chosen = dialog.selectedFiles().value(0);
+  return {ChooserResult::Answer::confirmed,
+          chosen.isEmpty() ? std::string() : QDir(chosen).absolutePath().toStdString()};
+}
+
+bool isExistingFolder(const std::string& path) {
+  return QFileInfo(QString::fromStdString(path)).isDir();
+}
+
+}  // namespace pallimo::ui::widgets

@@ -1,0 +1,73 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 The Pallimo authors
+
+#include "ui/widgets/folder_row.h"
+
+#include <QFontMetricsF>
+#include <QPainter>
+#include <QPainterPath>
+#include <utility>
+
+#include "ui/widgets/colors.h"
+#include "ui/widgets/fonts.h"
+
+namespace pallimo::ui::widgets {
+namespace {
+
+constexpr int kGap = 6;
+constexpr int kTextLeft = FolderRow::kIconSize + kGap;
+constexpr double kCorner = 1.5;
+
+QFont pathFont() { return systemFont(text_size::kBody); }
+
+}  // namespace
+
+QIcon themeFolderIcon(const QString&) { return QIcon::fromTheme(QStringLiteral("folder")); }
+
+FolderRow::FolderRow(Icons icons, QWidget* parent) : QLabel(parent), icons_(std::move(icons)) {}
+
+void FolderRow::setFolder(const QString& path) {
+  if (path == path_) {
+    return;
+  }
+  path_ = path;
+  icon_ = icons_(path);
+  // Never read as formatted text, whatever a folder is called.
+  setToolTip(QStringLiteral("<span>") + path.toHtmlEscaped() + QStringLiteral("</span>"));
+  setAccessibleName(path);
+  update();
+}
+
+void FolderRow::setColorScheme(ColorScheme scheme) {
+  scheme_ = scheme;
+  update();
+}
+
+QString FolderRow::shownPath() const {
+  return QFontMetricsF(pathFont()).elidedText(path_, Qt::ElideMiddle, width() - kTextLeft);
+}
+
+void FolderRow::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  painter.setRenderHint(QPainter::Antialiasing);
+  if (icon_.isNull()) {
+    paintFolder(painter);
+  } else {
+    icon_.paint(&painter, 0, (height() - kIconSize) / 2, kIconSize, kIconSize);
+  }
+  painter.setFont(pathFont());
+  painter.setPen(toColor(colorsOf(scheme_).secondaryText));
+  painter.drawText(QRect(kTextLeft, 0, width() - kTextLeft, height()),
+                   Qt::AlignVCenter | Qt::TextSingleLine, shownPath());
+}
+
+void FolderRow::paintFolder(QPainter& painter) const {
+  const double top = (height() - kIconSize) / 2.0 + 2;
+  QPainterPath folder;
+  folder.setFillRule(Qt::WindingFill);
+  folder.addRoundedRect(QRectF(0, top, 7, 6), kCorner, kCorner);
+  folder.addRoundedRect(QRectF(0, top + 1.5, kIconSize, 11), kCorner, kCorner);
+  painter.fillPath(folder, toColor(colorsOf(scheme_).folder));
+}
+
+}  // namespace pallimo::ui::widgets

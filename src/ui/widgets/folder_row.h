@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 The Pallimo authors
+
+#pragma once
+
+#include <QIcon>
+#include <QLabel>
+#include <functional>
+
+#include "ui/palette.h"
+
+namespace pallimo::ui::widgets {
+
+/// A folder: its icon and its path. A path that is too long loses its middle; the tool tip shows
+/// all of it. A QLabel only to be a piece of text to whoever reads the screen aloud. Main thread.
+class FolderRow final : public QLabel {
+ public:
+  /// The desktop's icon of the folder of that path; a null one if it has none.
+  using Icons = std::function<QIcon(const QString& path)>;
+
+  FolderRow(Icons icons, QWidget* parent);
+
+  static constexpr int kHeight = 18;
+  static constexpr int kIconSize = 16;
+
+  void setFolder(const QString& path);
+  void setColorScheme(ColorScheme scheme);
+
+  /// The path as it is painted.
+  QString shownPath() const;
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  void paintFolder(QPainter& painter) const;
+
+  const Icons icons_;
+  ColorScheme scheme_ = ColorScheme::light;
+  QString path_;
+  QIcon icon_;
+};
+
+/// The icon that the desktop's theme has for folders; a null one without a theme.
+QIcon themeFolderIcon(const QString& path);
+
+}  // namespace pallimo::ui::widgets

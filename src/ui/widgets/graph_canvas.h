@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 The Pallimo authors
+
+#pragma once
+
+#include <QImage>
+#include <QSize>
+
+#include "ui/graph_data.h"
+#include "ui/palette.h"
+#include "ui/widgets/graph_painting.h"
+
+namespace pallimo::ui::widgets {
+
+/// An image of a graph's box, kept from one sample to the next: when the graph has only moved to
+/// the left, the image is moved and nothing but its new columns is painted. What comes out is the
+/// same to the last bit as painting everything. Main thread.
+class GraphCanvas {
+ public:
+  /// What a call of `draw` had to paint.
+  enum class Painted { nothing, newColumns, everything };
+
+  /// Makes the image one of `graph`: `box` points in size, `ratio` (1 or more) pixels a point.
+  Painted draw(const GraphView& graph, QSize box, int ratio, ColorScheme scheme);
+
+  /// Opaque, exactly the box, in pixels; its device pixel ratio is 1.
+  const QImage& image() const { return image_; }
+
+ private:
+  void paint(Columns columns);
+  void moveLeft(int points);
+
+  // What the image shows.
+  GraphView graph_;
+  QSize box_;
+  int ratio_ = 0;
+  ColorScheme scheme_ = ColorScheme::light;
+  QImage image_;
+};
+
+}  // namespace pallimo::ui::widgets

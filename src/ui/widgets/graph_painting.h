@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 The Pallimo authors
+
+#pragma once
+
+#include <QSize>
+
+#include "ui/graph_data.h"
+#include "ui/palette.h"
+
+class QPainter;
+
+namespace pallimo::ui::widgets {
+
+/// Width of a series' line, points.
+inline constexpr double kLineWidth = 1.5;
+
+/// Opacity that outline and grid are shown at.
+inline constexpr double kGridOpacity = 0.1;
+
+/// What a line leaves behind at each side of its points: half its width, rounded up.
+inline constexpr int kLineReach = 1;
+
+/// A range of a box's columns, points from its left edge; `end` is the first one not in it.
+struct Columns {
+  int begin = 0;
+  int end = 0;
+  bool operator==(const Columns&) const = default;
+};
+
+/// Paints everything that touches these columns of a graph's box: its ground, outline, grid and
+/// lines. The painter's origin is the box's corner; its unit is the point, `ratio` pixels wide.
+/// What lies beyond the columns, or above and below the box, is painted in part: the caller clips.
+///
+/// Every segment of a series is a line of its own with flat ends, never cut sideways: so a pixel
+/// depends on nothing but the values near it, and not on where in an image they are painted. A
+/// polyline would look the same and take ten times as long where values jump.
+void paintColumns(QPainter& painter, const GraphView& graph, QSize box, double ratio,
+                  ColorScheme scheme, Columns columns);
+
+}  // namespace pallimo::ui::widgets

@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 The Pallimo authors
+
+#pragma once
+
+#include <QMenu>
+#include <vector>
+
+#include "ui/more_button_menu.h"
+#include "ui/palette.h"
+
+namespace pallimo::ui::widgets {
+
+/// The look of the app's menus in that scheme.
+void styleMenu(QMenu& menu, ColorScheme scheme);
+
+/// Makes a menu of exactly these rows: separators, switches that show their state, commands. It has
+/// that look.
+void fillMenu(QMenu& menu, const std::vector<MenuItem>& rows, ColorScheme scheme);
+
+/// Brings what fillMenu made up to date: what can be chosen, which switch is on. Rows of another
+/// number replace the old ones.
+void refreshMenu(QMenu& menu, const std::vector<MenuItem>& rows, ColorScheme scheme);
+
+}  // namespace pallimo::ui::widgets

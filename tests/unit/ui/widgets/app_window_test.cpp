@@ -1,0 +1,139 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 The Pallimo authors
+
+#include "ui/widgets/app_window.h"
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QPalette>
+
+#include "ui/widgets/colors.h"
+#include "unit/ui/widgets/kept_picture.h"
+#include "unit/ui/widgets/main_window_fixture.h"
+
+namespace pallimo::ui::widgets {
+namespace {
+
+/// A window without anything in it, and what its system's rules were applied to.
+class EmptyWindow final : public AppWindow {
+ public:
+  explicit EmptyWindow(int& applied)
+      : AppWindow({framelessChrome().flags, [&applied](QWidget& window) {
+                     ++applied;
+                     framelessChrome().applyRules(window);
+                   }}) {
+    resize(100, 100);
+  }
+
+ protected:
+  void showColorScheme() override {}
+};
+
+QPalette systemPalette(ColorScheme scheme) {
+  return QPalette(scheme == ColorScheme::dark ? QColor(40, 40, 40) : QColor(230, 230, 230));
+}
+
+class AppWindowTest : public MainWindowFixture {
+ protected:
+  AppWindowTest() : before_(QApplication::palette()) {}
+  ~AppWindowTest() override { QApplication::setPalette(before_); }
+
+  static QColor at(QWidget& widget, const QPoint& point) {
+    return pictureOf(widget, 1).toImage().pixelColor(point);
+  }
+
+  QColor ground() { return at(window(), {2, 2}); }
+
+ private:
+  const QPalette before_;
+};
+
+TEST_F(AppWindowTest, TellsTheSchemeFromThePalette) {
+  EXPECT_EQ(schemeOf(systemPalette(ColorScheme::dark)), ColorScheme::dark);
+  EXPECT_EQ(schemeOf(systemPalette(ColorScheme::light)), ColorScheme::light);
+}
+
+TEST_F(AppWindowTest, FollowsTheSystemsSchemeWhileItIsShown) {
+  QApplication::setPalette(systemPalette(ColorScheme::light));
+  shownWith(liveContentAt(0));
+  EXPECT_EQ(ground(), toColor(colorsOf(ColorScheme::light).window));
+  QApplication::setPalette(systemPalette(ColorScheme::dark));
+  settle();
+  EXPECT_EQ(window().colorScheme(), ColorScheme::dark);
+  EXPECT_EQ(ground(), toColor(colorsOf(ColorScheme::dark).window));
+}
+
+TEST_F(AppWindowTest, BeginsInTheSystemsScheme) {
+  QApplication::setPalette(systemPalette(ColorScheme::dark));
+  shownWith(liveContentAt(0));
+  EXPECT_EQ(ground(), toColor(colorsOf(ColorScheme::dark).window));
+  EXPECT_EQ(at(*window().liveContent().panels()[0], {5, 40}),
+            toColor(colorsOf(ColorScheme::dark).panel));
+}
+
+TEST_F(AppWindowTest, SwitchesAllThatIsInIt) {
+  shownWith(liveContentAt(0));
+  for (const auto scheme : {ColorScheme::dark, ColorScheme::light}) {
+    window().setColorScheme(scheme);
+    settle();
+    for (PanelWidget* panel : window().liveContent().panels()) {
+      EXPECT_EQ(at(*panel, {5, 40}), toColor(colorsOf(scheme).panel));
+    }
+    EXPECT_EQ(at(window().moreButton(), {13, 3}), toColor(colorsOf(scheme).control));
+  }
+}
+
+TEST_F(AppWindowTest, SwitchesTheScreensThatAreNotShown) {
+  shownWith(liveContentAt(0));
+  window().setColorScheme(ColorScheme::dark);
+  change(installContent());
+  EXPECT_EQ(at(*shownButton(), {10, 14}), toColor(colorsOf(ColorScheme::dark).accent));
+}
+
+TEST_F(AppWindowTest, KeepsASchemeThatWasSetUntilItIsTakenBack) {
+  QApplication::setPalette(systemPalette(ColorScheme::light));
+  shown();
+  window().setColorScheme(ColorScheme::dark);
+  QApplication::setPalette(systemPalette(ColorScheme::light));
+  settle();
+  EXPECT_EQ(window().colorScheme(), ColorScheme::dark);
+  window().setColorScheme(std::nullopt);
+  EXPECT_EQ(window().colorScheme(), ColorScheme::light);
+  EXPECT_EQ(ground(), toColor(colorsOf(ColorScheme::light).window));
+}
+
+TEST_F(AppWindowTest, AppliesTheRulesEachTimeItIsAboutToBeRedrawn) {
+  int applied = 0;
+  EmptyWindow empty(applied);
+  showAndWait(empty);
+  EXPECT_GT(applied, 0);
+  const int before = applied;
+  empty.update();
+  settle();
+  EXPECT_GT(applied, before);
+}
+
+TEST_F(AppWindowTest, LeavesFullScreenAndZoomAtOnce) {
+  int applied = 0;
+  EmptyWindow empty(applied);
+  showAndWait(empty);
+  for (const auto state : {Qt::WindowFullScreen, Qt::WindowMaximized}) {
+    empty.setWindowState(state);
+    settle();
+    EXPECT_EQ(empty.windowState() & (Qt::WindowFullScreen | Qt::WindowMaximized),
+              Qt::WindowStates());
+  }
+}
+
+TEST_F(AppWindowTest, StaysMinimisedForAllTheRules) {
+  int applied = 0;
+  EmptyWindow empty(applied);
+  showAndWait(empty);
+  empty.showMinimized();
+  settle();
+  EXPECT_TRUE(empty.isMinimized());
+}
+
+}  // namespace
+}  // namespace pallimo::ui::widgets

@@ -1,0 +1,131 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 The Pallimo authors
+
+#include <gtest/gtest.h>
+
+#include <QPixmap>
+#include <QString>
+#include <QTest>
+#include <QWidget>
+#include <cstdlib>
+#include <tuple>
+
+#include "ui/widgets/colors.h"
+#include "ui/widgets/graph_widget.h"
+#include "ui/widgets/main_title_widget.h"
+#include "ui/widgets/menu_building.h"
+#include "ui/widgets/more_button.h"
+#include "ui/widgets/panel_widget.h"
+#include "unit/ui/counting_random.h"
+#include "unit/ui/widgets/example_panels.h"
+#include "unit/ui/widgets/test_application.h"
+
+namespace pallimo::ui::widgets {
+namespace {
+
+constexpr int kEdge = 10;
+constexpr int kBetween = 8;
+constexpr int kHeader = 64;
+
+/// A window's content as it will be laid out, with figures of our own.
+class ExampleWindow : public QWidget {
+ public:
+  ExampleWindow(const std::vector<Panel>& panels, const MainTitleContent& content,
+                ColorScheme scheme) {
+    QPalette colors;
+    colors.setColor(QPalette::Window, toColor(colorsOf(scheme).window));
+    setPalette(colors);
+    auto* title = new MainTitleWidget(content, this);
+    title->setGeometry(QRect(QPoint(14, 8), title->sizeHint()));
+    title->setColorScheme(scheme);
+    auto* more = new MoreButton([] { return std::vector<MenuItem>(); }, this);
+    more->move(344, kEdge);
+    more->setColorScheme(scheme);
+    int y = kHeader;
+    for (const Panel& panel : panels) {
+      auto* widget = new PanelWidget(panel, &exampleReadout, this);
+      widget->setColorScheme(scheme);
+      widget->setGeometry(QRect(QPoint(kEdge, y), widget->sizeHint()));
+      y += widget->height() + kBetween;
+      panels_.push_back(widget);
+    }
+    setFixedSize(PanelWidget::kWidth + 2 * kEdge, y - kBetween + kEdge);
+  }
+
+  const std::vector<PanelWidget*>& panels() const { return panels_; }
+
+ private:
+  std::vector<PanelWidget*> panels_;
+};
+
+QPixmap picture(QWidget& widget, double ratio) {
+  QPixmap image((QSizeF(widget.size()) * ratio).toSize());
+  image.setDevicePixelRatio(ratio);
+  widget.render(&image);
+  return image;
+}
+
+// Set PALLIMO_PICTURES to a folder to look at what is painted.
+void keep(const QPixmap& image, const QString& name) {
+  if (const char* folder = std::getenv("PALLIMO_PICTURES")) {
+    ASSERT_TRUE(image.save(QString::fromLocal8Bit(folder) + '/' + name + ".png"));
+  }
+}
+
+class Pictures : public testing::TestWithParam<std::tuple<ColorScheme, double>> {
+ protected:
+  Pictures() { testApplication(); }
+
+  static ColorScheme scheme() { return std::get<0>(GetParam()); }
+
+  static void check(QWidget& widget, const QString& subject) {
+    const double ratio = std::get<1>(GetParam());
+    const QPixmap image = picture(widget, ratio);
+    EXPECT_EQ(image.toImage().pixelColor(1, 1), toColor(colorsOf(scheme()).window));
+    keep(image, name(subject));
+  }
+
+  static QString name(const QString& subject) {
+    return subject + (scheme() == ColorScheme::dark ? "-dark-" : "-light-") +
+           QString::number(std::get<1>(GetParam())) + 'x';
+  }
+};
+
+INSTANTIATE_TEST_SUITE_P(Schemes, Pictures,
+                         testing::Combine(testing::Values(ColorScheme::light, ColorScheme::dark),
+                                          testing::Values(1.0, 1.5, 2.0)));
+
+TEST_P(Pictures, ShowTheFourPanels) {
+  ExampleWindow window(examplePanels(), exampleTitle(), scheme());
+  check(window, "panels");
+}
+
+TEST_P(Pictures, ShowTheWidestFigures) {
+  ExampleWindow window(widestPanels(), longestTitle(), scheme());
+  check(window, "widest");
+}
+
+TEST_P(Pictures, ShowTheMenu) {
+  QMenu menu;
+  CountingRandom random;
+  const SwitchBinding log{[] { return true; }, [](bool) {}};
+  const auto nothing = [] {};
+  fillMenu(menu,
+           moreButtonMenu({nothing, nothing, log, nothing, nothing, nothing, nothing, nothing},
+                          false, random),
+           scheme());
+  menu.resize(menu.sizeHint());
+  menu.setActiveAction(menu.actions()[4]);
+  keep(picture(menu, std::get<1>(GetParam())), name("menu"));
+}
+
+TEST_P(Pictures, ShowWhatIsUnderThePointer) {
+  ExampleWindow window(examplePanels(), exampleTitle(), scheme());
+  window.show();
+  ASSERT_TRUE(QTest::qWaitForWindowExposed(&window));
+  QTest::mouseMove(&window.panels()[2]->graph(), QPoint(130, 40));
+  check(window, "pointer");
+}
+
+}  // namespace
+}  // namespace pallimo::ui::widgets
