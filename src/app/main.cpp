@@ -69,9 +69,9 @@ RunEnd runHeadless(const Platform& platform, const Options& options) {
 }
 
 RunEnd runWindow(const Platform& platform) {
+  const adapters::qt::UnixSignals interruptions([] { QCoreApplication::quit(); });
   GeneralModel& general = SharedGeneralModel::get();
   WindowRun run(platform, general);
-  const adapters::qt::UnixSignals interruptions([] { QCoreApplication::quit(); });
   run.window().show();
   QCoreApplication::exec();
   general.applicationWillTerminate();
