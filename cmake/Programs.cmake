@@ -20,6 +20,22 @@ function(pallimo_helper_program target version folder)
   add_dependencies(${target} powermetrics)
 endfunction()
 
+# pallimo_app_program(TARGET URL FOLDER)   an app that tells the server of that address of its
+# launches, put into that folder, which is its bundle
+function(pallimo_app_program target url folder)
+  file(GLOB platform CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/src/app/linux/*.cpp"
+                                       "${PROJECT_SOURCE_DIR}/src/app/window/*.cpp")
+  add_executable(${target} "${PROJECT_SOURCE_DIR}/src/app/main.cpp" ${platform})
+  set_target_properties(${target} PROPERTIES OUTPUT_NAME pallimo RUNTIME_OUTPUT_DIRECTORY
+                                                                 "${folder}")
+  target_link_libraries(${target} PRIVATE pallimo_src_app pallimo_src_adapters_qt
+                                          pallimo_src_ui_widgets)
+  target_compile_definitions(${target} PRIVATE PALLIMO_VERSION="${PROJECT_VERSION}"
+                                               PALLIMO_ANALYTICS_URL="${url}")
+  configure_file("${PROJECT_SOURCE_DIR}/cmake/AppInfo.plist.in" "${folder}/Contents/Info.plist"
+                 @ONLY)
+endfunction()
+
 if(NOT APPLE)
   # Never installed: it stands where the operating system's own tool stands on a Mac.
   add_executable(powermetrics tools/powermetrics/main.cpp)
@@ -36,15 +52,7 @@ if(PALLIMO_QT)
   pallimo_folder(src/adapters/qt LINKS Qt6::Core Qt6::Gui Qt6::Network)
   pallimo_folder(src/ui/widgets LINKS Qt6::Widgets)
   if(NOT APPLE)
-    file(GLOB app_platform CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/src/app/linux/*.cpp"
-                                             "${PROJECT_SOURCE_DIR}/src/app/window/*.cpp")
-    add_executable(pallimo src/app/main.cpp ${app_platform})
-    target_link_libraries(pallimo PRIVATE pallimo_src_app pallimo_src_adapters_qt
-                                          pallimo_src_ui_widgets)
-    target_compile_definitions(pallimo PRIVATE PALLIMO_VERSION="${PROJECT_VERSION}"
-                                               PALLIMO_ANALYTICS_URL="${PALLIMO_ANALYTICS_URL}")
-    configure_file("${PROJECT_SOURCE_DIR}/cmake/AppInfo.plist.in"
-                   "${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/Contents/Info.plist" @ONLY)
+    pallimo_app_program(pallimo "${PALLIMO_ANALYTICS_URL}" "${CMAKE_RUNTIME_OUTPUT_DIRECTORY}")
     add_dependencies(pallimo com.ostrovane.powermetrics powermetrics)
   endif()
 endif()

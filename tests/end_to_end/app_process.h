@@ -106,8 +106,9 @@ class AppProcess {
 
   /// What the system grants the run.
   struct Conditions {
-    std::optional<uid_t> user;          ///< only root may choose another
-    std::optional<rlim_t> longestFile;  ///< bytes; a longer one can't be written
+    std::optional<uid_t> user;           ///< only root may choose another
+    std::optional<rlim_t> longestFile;   ///< bytes; a longer one can't be written
+    std::optional<std::string> program;  ///< another build of the app
   };
 
   /// `environment` entries ("NAME=value") go before those of the test's own.
@@ -118,7 +119,7 @@ class AppProcess {
     if (!outputDescriptor && pipe2(ends.data(), O_CLOEXEC) != 0) return;
     output_ = ends[0];
     const int errors = open(errorFile_.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
-    const std::string program = PALLIMO_BIN_DIR "/pallimo";
+    const std::string program = conditions.program.value_or(PALLIMO_BIN_DIR "/pallimo");
     Texts command = {program};
     command.insert(command.end(), arguments.begin(), arguments.end());
     Texts entries = environment;
