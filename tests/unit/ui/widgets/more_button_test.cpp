@@ -69,6 +69,8 @@ TEST_F(MoreButtons, AreReadAloudAsAButton) {
 
 TEST_F(MoreButtons, LightUpUnderThePointer) {
   const Palette& colors = colorsOf(ColorScheme::light);
+  // The pointer begins in the corner of the display in which the button is shown.
+  button_->setAttribute(Qt::WA_UnderMouse, false);
   EXPECT_EQ(groundColor(), toColor(colors.control));
   button_->setAttribute(Qt::WA_UnderMouse);
   EXPECT_EQ(groundColor(), toColor(colors.controlHover));
