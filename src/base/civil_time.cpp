@@ -5,6 +5,8 @@
 
 #include <time.h>
 
+#include "base/mutex.h"
+
 namespace pallimo::base {
 
 namespace {
@@ -30,6 +32,9 @@ CivilTime civil(system_clock::time_point time, BreakDown breakDown) {
 
 /// localtime_r alone may keep the zone that the process began in, however far it has travelled.
 tm* localFields(const time_t* seconds, tm* fields) {
+  // The C library locks for itself, where the thread sanitizer can't see it.
+  static base::Mutex mutex;
+  base::MutexLock lock(mutex);
   tzset();
   return localtime_r(seconds, fields);
 }

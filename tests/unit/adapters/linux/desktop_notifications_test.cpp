@@ -495,6 +495,9 @@ TEST_F(DesktopNotificationsTest, EndsAlsoWhileConnectingToAnOverrunBus) {
   bus.fill();
   create({24h, 250ms});
   const auto presenter = present(18);
+  // The thread that is left behind must not let go of the last link: the standard library counts
+  // links out of the sanitizer's sight.
+  [[maybe_unused]] static const auto* last = new std::weak_ptr(presenter);
   add("t", "s");
   ASSERT_TRUE(presenter->asked.waitForSize(1));
   finish();
