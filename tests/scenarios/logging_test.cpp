@@ -77,6 +77,18 @@ TEST_F(LoggingTest, ALogHasTheFiguresOfTheSamplesColumnByColumn) {
   EXPECT_EQ((Lines{lines[1][8], lines[2][8], lines[3][8]}), (Lines{"2000", "2100", "2200"}));
 }
 
+TEST_F(LoggingTest, TemperaturesAreCelsiusAlsoWhereFahrenheitIsShown) {
+  platform_.defaults.setInteger("temperatureUnit", 1);
+  startWithUsableHelper();
+  log(true);
+  sampleFor(1);
+  log(false);
+  const auto lines = readCsv(file().second);
+  ASSERT_EQ(lines.size(), 2u);
+  EXPECT_EQ(lines[0][10], "CPU MIN Temperature (C)");
+  EXPECT_EQ(lines[1][10], "-1");  // this Mac has no sensor; converted it would read 30
+}
+
 TEST_F(LoggingTest, ItIsNamedAfterItsStartAndLiesOnTheDesktop) {
   startWithUsableHelper();
   log(true);
