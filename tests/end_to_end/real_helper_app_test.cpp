@@ -187,6 +187,9 @@ TEST_F(HelperLifeTest, AfterAnUpdateTheNextStartFindsTheRightVersion) {
   ASSERT_TRUE(runUntilContentIs(MainContent::update));
   press();
   ASSERT_TRUE(runUntilUpdated());
+  // The installation's own probe has let go of its connection by then, which would have taken a
+  // question along.
+  ASSERT_TRUE(runUntilRows(3));
   bool isSame = false;
   bool isAnswered = false;
   manager().client().checkVersion(
