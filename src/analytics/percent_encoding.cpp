@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::string_view kAllowed =
     "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~:";
-constexpr std::string_view kHexDigits = "0123456789ABCDEF";
+constexpr std::string_view kUpperHexDigits = "0123456789ABCDEF";
 
 }  // namespace
 
@@ -25,8 +25,8 @@ std::string percentEncodedValue(std::string_view text) {
     }
     const auto byte = static_cast<unsigned char>(character);
     encoded += '%';
-    encoded += kHexDigits[byte >> 4];
-    encoded += kHexDigits[byte & 0xF];
+    encoded += kUpperHexDigits[byte >> 4];
+    encoded += kUpperHexDigits[byte & 0xF];
   }
   return encoded;
 }

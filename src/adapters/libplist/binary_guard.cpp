@@ -7,13 +7,14 @@
 #include <optional>
 #include <vector>
 
+#include "adapters/libplist/nesting_limit.h"
+
 namespace pallimo::adapters::libplist {
 
 namespace {
 
 constexpr std::size_t kHeaderSize = 8;
 constexpr std::size_t kTrailerSize = 32;
-constexpr std::size_t kMaxNesting = 1'000;
 constexpr std::uint64_t kCostOfValue = 128;
 constexpr std::uint64_t kBudget = 64 * 1024 * 1024;
 

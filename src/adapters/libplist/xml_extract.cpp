@@ -7,13 +7,13 @@
 #include <cstddef>
 #include <vector>
 
+#include "adapters/libplist/nesting_limit.h"
 #include "adapters/libplist/xml_number.h"
 
 namespace pallimo::adapters::libplist {
 
 namespace {
 
-constexpr std::size_t kMaxNesting = 1'000;
 /// A document of 16 MiB could hold two million empty elements, at a hundred bytes of tree each.
 /// Real ones have a few thousand.
 constexpr std::size_t kMaxElements = 1'000'000;
@@ -31,8 +31,6 @@ struct Cut {
   std::size_t end;
   bool isCData;
 };
-
-bool isSpace(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
 
 Element elementOf(std::string_view name) {
   if (name.size() < 4 || name.size() > 5) return Element::text;

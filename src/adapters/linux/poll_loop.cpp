@@ -20,7 +20,6 @@ namespace pallimo::adapters::linux {
 namespace {
 
 using SteadyClock = std::chrono::steady_clock;
-using std::chrono::milliseconds;
 
 constexpr short kAlwaysReported = POLLERR | POLLHUP | POLLNVAL;
 
@@ -33,7 +32,7 @@ struct WatchEntry {
 
 struct TimerEntry {
   SteadyClock::time_point due;
-  milliseconds interval;
+  std::chrono::milliseconds interval;
   std::function<void()> tick;
   bool isLive = true;
 };
@@ -48,7 +47,7 @@ void forget(std::vector<std::shared_ptr<Entry>>& entries, const std::shared_ptr<
 int timeoutUntil(SteadyClock::time_point due) {
   const auto now = SteadyClock::now();
   if (due <= now) return 0;
-  const auto wait = std::chrono::ceil<milliseconds>(due - now).count();
+  const auto wait = std::chrono::ceil<std::chrono::milliseconds>(due - now).count();
   return static_cast<int>(std::min<std::int64_t>(wait, std::numeric_limits<int>::max()));
 }
 
@@ -256,11 +255,11 @@ void PollLoop::async(std::function<void()> task) {
   if (task) impl_->queue(std::move(task));
 }
 
-void PollLoop::after(milliseconds delay, std::function<void()> task) {
+void PollLoop::after(std::chrono::milliseconds delay, std::function<void()> task) {
   if (task) impl_->queueAt(SteadyClock::now() + delay, std::move(task));
 }
 
-std::unique_ptr<ports::RepeatingTimer> PollLoop::every(milliseconds interval,
+std::unique_ptr<ports::RepeatingTimer> PollLoop::every(std::chrono::milliseconds interval,
                                                        std::function<void()> tick) {
   class Handle final : public ports::RepeatingTimer {
    public:
@@ -274,7 +273,7 @@ std::unique_ptr<ports::RepeatingTimer> PollLoop::every(milliseconds interval,
     const std::weak_ptr<Impl> loop_;
     const std::shared_ptr<TimerEntry> entry_;
   };
-  const auto step = std::max(interval, milliseconds(1));
+  const auto step = std::max(interval, std::chrono::milliseconds(1));
   auto entry = std::make_shared<TimerEntry>(
       TimerEntry{SteadyClock::now() + step, step, std::move(tick), true});
   impl_->timers.push_back(entry);

@@ -110,10 +110,6 @@ int makePipe(Descriptor& reader, Descriptor& writer) {
 
 }  // namespace
 
-void Descriptor::reset() {
-  if (number_ >= 0) close(std::exchange(number_, -1));
-}
-
 std::variant<PosixProcess::Started, int> PosixProcess::start(const ports::ChildCommand& command) {
   Descriptor reader;
   Descriptor writer;

@@ -9,32 +9,10 @@
 #include <utility>
 #include <variant>
 
+#include "adapters/linux/descriptor.h"
 #include "ports/child_processes.h"
 
 namespace pallimo::adapters::linux {
-
-/// A file descriptor that is closed with its owner. -1 is none. Move-only.
-class Descriptor {
- public:
-  Descriptor() = default;
-  explicit Descriptor(int number) : number_(number) {}
-  ~Descriptor() { reset(); }
-  Descriptor(Descriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
-  Descriptor& operator=(Descriptor&& other) noexcept {
-    if (this != &other) {
-      reset();
-      number_ = std::exchange(other.number_, -1);
-    }
-    return *this;
-  }
-
-  int get() const { return number_; }
-  explicit operator bool() const { return number_ >= 0; }
-  void reset();
-
- private:
-  int number_ = -1;
-};
 
 /// A program that was started and has not been waited for. Until reap() has succeeded its process
 /// number can't belong to anybody else, so that signals never meet a stranger. Whoever holds one

@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include <cstdint>
+
 #include "adapters/simulated/machine_description.h"
 #include "adapters/simulated/simulated_system_controls.h"
 
@@ -13,6 +15,8 @@ namespace pallimo::adapters::simulated {
 // says so. Peak powers are round figures of the size that it reports under full load. Sensor names
 // are those under which Macs publish their temperatures; which chip has which of them is made up,
 // with several a core on a chip of few cores and about forty on the large ones.
+
+inline constexpr std::int64_t kGibibyte = std::int64_t{1} << 30;
 
 MachineDescription macBookAirM1();     ///< 13-inch, 2020; the eight-core GPU
 MachineDescription macBookProM1Pro();  ///< 14-inch, 2021

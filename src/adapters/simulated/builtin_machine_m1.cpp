@@ -7,8 +7,6 @@ namespace pallimo::adapters::simulated {
 
 namespace {
 
-constexpr std::int64_t kGibibyte = std::int64_t{1} << 30;
-
 using Table = std::vector<int>;  // MHz
 
 Table m1Efficiency() { return {600, 972, 1332, 1704, 2064}; }

@@ -7,8 +7,6 @@ namespace pallimo::adapters::simulated {
 
 namespace {
 
-constexpr std::int64_t kGibibyte = std::int64_t{1} << 30;
-
 using Table = std::vector<int>;  // MHz
 
 Table m2Efficiency() { return {600, 912, 1284, 1752, 2004, 2256, 2424}; }

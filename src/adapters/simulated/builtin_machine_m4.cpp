@@ -7,8 +7,6 @@ namespace pallimo::adapters::simulated {
 
 namespace {
 
-constexpr std::int64_t kGibibyte = std::int64_t{1} << 30;
-
 using Table = std::vector<int>;  // MHz
 
 // The tables of the M4 Max are those that the M4 Pro prints; the M4 differs from them at the top.

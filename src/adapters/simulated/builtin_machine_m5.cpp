@@ -7,8 +7,6 @@ namespace pallimo::adapters::simulated {
 
 namespace {
 
-constexpr std::int64_t kGibibyte = std::int64_t{1} << 30;
-
 using Table = std::vector<int>;  // MHz
 
 // No document of this chip was at hand. Clusters and processor numbers are as reported for it; the
