@@ -29,6 +29,7 @@ function(pallimo_app_program target url folder)
   set_target_properties(${target} PROPERTIES OUTPUT_NAME pallimo RUNTIME_OUTPUT_DIRECTORY
                                                                  "${folder}")
   target_link_libraries(${target} PRIVATE pallimo_src_app pallimo_src_adapters_qt
+                                          pallimo_src_adapters_prometheus
                                           pallimo_src_ui_widgets)
   target_compile_definitions(${target} PRIVATE PALLIMO_VERSION="${PROJECT_VERSION}"
                                                PALLIMO_ANALYTICS_URL="${url}")
@@ -51,6 +52,9 @@ if(PALLIMO_QT)
   find_package(Qt6 6.4 REQUIRED COMPONENTS Core Gui Widgets Network)
   pallimo_folder(src/adapters/qt LINKS Qt6::Core Qt6::Gui Qt6::Network)
   pallimo_folder(src/ui/widgets LINKS Qt6::Widgets)
+  # As Qt, it is built against the system's own standard library.
+  find_package(prometheus-cpp REQUIRED CONFIG)
+  pallimo_folder(src/adapters/prometheus LINKS prometheus-cpp::pull)
   if(NOT APPLE)
     pallimo_app_program(pallimo "${PALLIMO_ANALYTICS_URL}" "${CMAKE_RUNTIME_OUTPUT_DIRECTORY}")
     add_dependencies(pallimo com.ostrovane.powermetrics powermetrics)

@@ -5,13 +5,13 @@
 # .ci/run. Everything it says goes to standard error: standard output belongs to the app.
 
 build_packages_debian="g++ cmake ninja-build pkg-config qt6-base-dev libplist-dev libdbus-1-dev
-  nlohmann-json3-dev"
-test_packages_debian="dbus-daemon libgtest-dev locales"
+  nlohmann-json3-dev prometheus-cpp-dev"
+test_packages_debian="dbus-daemon libgtest-dev libvalijson-dev locales prometheus"
 check_packages_debian="git clang-16 libc++-16-dev libc++abi-16-dev libclang-rt-16-dev lld-16 llvm-16
   clang-format-16 clang-tidy-16 googletest libbenchmark-dev"
 
-build_packages_brew="cmake ninja pkg-config qt libplist nlohmann-json"
-test_packages_brew="googletest"
+build_packages_brew="cmake ninja pkg-config qt libplist nlohmann-json prometheus-cpp"
+test_packages_brew="googletest prometheus valijson"
 check_packages_brew="llvm@16 clang-format google-benchmark"
 
 say() { printf '%s\n' "$*" >&2; }
@@ -31,9 +31,34 @@ find_root() {
 }
 
 apt_install() {
+  case " $* " in
+    *" prometheus "*) without_its_service apt_install_now "$@" ;;
+    *) apt_install_now "$@" ;;
+  esac
+}
+
+apt_install_now() {
   # shellcheck disable=SC2086
   $root_prefix env DEBIAN_FRONTEND=noninteractive \
     apt-get install -y -qq --no-install-recommends "$@" >&2
+}
+
+# Who answers when a package that is being installed asks whether its service may start.
+service_policy=/usr/sbin/policy-rc.d
+
+# without_its_service COMMAND...: the Prometheus server is for the tests, which start one of their
+# own; what COMMAND installs does not start now, nor with the machine.
+without_its_service() {
+  local status=0 is_ours=no
+  if [ ! -e "$service_policy" ]; then
+    is_ours=yes
+    printf '#!/bin/sh\nexit 101\n' | $root_prefix tee "$service_policy" >/dev/null
+    $root_prefix chmod 755 "$service_policy"
+  fi
+  "$@" || status=$?
+  [ "$is_ours" = no ] || $root_prefix rm -f "$service_policy"
+  [ ! -d /run/systemd/system ] || $root_prefix systemctl --quiet disable prometheus >&2 || true
+  return "$status"
 }
 
 # install_debian PACKAGE...: installs those that are missing.

@@ -11,6 +11,7 @@
 #include <set>
 
 #include "base/text_format.h"
+#include "serving/listen_address.h"
 
 namespace pallimo::app {
 
@@ -28,14 +29,19 @@ Shows power, frequency, temperature and utilisation of a Mac with Apple silicon.
   --list-machines        list the built-in machines and, with --machine DIR,
                          the recording
   --speed X              off macOS: let time run X times faster (1 to 100)
+  --serve ADDRESS:PORT   the current figures for Prometheus at /metrics; without
+                         the address (:9123) for this machine alone
   --state-dir DIR        where settings, the installed helper and its socket live
+  --diagnose             print a report to put into a bug report; changes nothing,
+                         and names neither user nor machine nor folders
   --version              print the version
   --help                 print this help
 
 A run with --headless ends with one of these statuses:
   0  the samples are printed, standard output was closed, or SIGINT or SIGTERM came
   1  standard output can't be written
-  2  a wrong option, or a machine or state folder that can't be used
+  2  a wrong option, or a machine, state folder or --serve address that can't
+     be used
   3  the helper is absent or does not answer
   4  the helper is out of date
   5  the helper's installation was refused
@@ -64,8 +70,9 @@ std::string quoted(std::string text) {
 }
 
 Complaint setAction(Options& options, Options::Action action) {
-  constexpr std::array kRank = {Options::Action::run, Options::Action::listMachines,
-                                Options::Action::showVersion, Options::Action::showHelp};
+  constexpr std::array kRank = {Options::Action::run, Options::Action::diagnose,
+                                Options::Action::listMachines, Options::Action::showVersion,
+                                Options::Action::showHelp};
   const auto rank = [&](Options::Action one) {
     return std::find(kRank.begin(), kRank.end(), one) - kRank.begin();
   };
@@ -119,7 +126,23 @@ Complaint setSpeed(Options& options, const std::string& value) {
   return std::nullopt;
 }
 
-constexpr std::array<OptionRule, 10> kRules = {{
+Complaint setServe(Options& options, const std::string& value) {
+  const auto address = serving::parseListenAddress(value);
+  if (const auto* problem = std::get_if<serving::AddressProblem>(&address)) {
+    switch (*problem) {
+      case serving::AddressProblem::portOutOfRange:
+        return "--serve takes a port from 1 to 65535, not " + quoted(value);
+      case serving::AddressProblem::notNumeric:
+        return "--serve takes a numeric address before the port, not " + quoted(value);
+      case serving::AddressProblem::notAnAddressAndPort:
+        return "--serve takes ADDRESS:PORT such as 127.0.0.1:9123, not " + quoted(value);
+    }
+  }
+  options.serve = std::get<ports::ListenAddress>(address);
+  return std::nullopt;
+}
+
+constexpr std::array<OptionRule, 12> kRules = {{
     {"--headless", "",
      [](Options& options, const std::string&) -> Complaint {
        options.headless = true;
@@ -142,10 +165,15 @@ constexpr std::array<OptionRule, 10> kRules = {{
        return setAction(options, Options::Action::listMachines);
      }},
     {"--speed", "X", setSpeed},
+    {"--serve", "ADDRESS:PORT", setServe},
     {"--state-dir", "DIR",
      [](Options& options, const std::string& value) -> Complaint {
        options.stateDir = value;
        return std::nullopt;
+     }},
+    {"--diagnose", "",
+     [](Options& options, const std::string&) {
+       return setAction(options, Options::Action::diagnose);
      }},
     {"--version", "",
      [](Options& options, const std::string&) {
@@ -208,9 +236,19 @@ class Parser {
   }
 
   Complaint checkTogether() const {
+    if (options_.action == Options::Action::diagnose) return checkDiagnosis();
     if (options_.headless || options_.action != Options::Action::run) return std::nullopt;
     for (const char* name : {"--format", "--samples"}) {
       if (seen_.count(name) != 0) return std::string(name) + " works only with --headless";
+    }
+    return std::nullopt;
+  }
+
+  /// A report is all that is printed, and nothing is installed for it.
+  Complaint checkDiagnosis() const {
+    for (const char* name :
+         {"--headless", "--format", "--samples", "--install-helper", "--serve"}) {
+      if (seen_.count(name) != 0) return std::string(name) + " does not work with --diagnose";
     }
     return std::nullopt;
   }

@@ -10,6 +10,8 @@
 #include <variant>
 #include <vector>
 
+#include "ports/metrics_server.h"
+
 namespace pallimo::app {
 
 /// What `--headless` prints.
@@ -22,7 +24,7 @@ enum class OutputFormat {
 /// What the command line asks for, checked. Values only.
 struct Options {
   /// What the program does; all but `run` print their answer and end.
-  enum class Action { run, showHelp, showVersion, listMachines };
+  enum class Action { run, showHelp, showVersion, listMachines, diagnose };
 
   Action action = Action::run;
   bool headless = false;
@@ -32,6 +34,7 @@ struct Options {
   std::optional<std::string> machine;  ///< a built-in machine's name or a recording's folder
   double speed = 1;                    ///< 1 to 100
   std::optional<std::string> stateDir;
+  std::optional<ports::ListenAddress> serve;  ///< where the figures are served; absent: nowhere
 
   bool operator==(const Options&) const = default;
 };
@@ -47,7 +50,7 @@ inline constexpr int kUsageStatus = 2;
 
 /// Reads the arguments that follow the program's name. A value stands in the next argument or
 /// behind an equals sign; no option may stand twice. When several actions are asked for, help goes
-/// before version and version before the list. Pure.
+/// before version, version before the list and the list before a diagnosis. Pure.
 std::variant<Options, UsageError> parseCommandLine(const std::vector<std::string>& arguments);
 
 /// What `--help` prints, with its last line end.

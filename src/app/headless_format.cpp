@@ -34,7 +34,8 @@ class FirstTime {
 
 class CsvFormat final : public HeadlessFormat {
  public:
-  std::string format(const logging::LogRow& row) override {
+  std::string format(const HeadlessSample& sample) override {
+    const logging::LogRow& row = sample.row;
     std::string text;
     if (!first_.isKnown()) {
       text += logging::kCsvHeader;
@@ -51,8 +52,8 @@ class CsvFormat final : public HeadlessFormat {
 
 class JsonFormat final : public HeadlessFormat {
  public:
-  std::string format(const logging::LogRow& row) override {
-    return jsonLine(row, first_.of(row)) + '\n';
+  std::string format(const HeadlessSample& sample) override {
+    return jsonLine(sample, first_.of(sample.row)) + '\n';
   }
 
  private:
@@ -61,7 +62,8 @@ class JsonFormat final : public HeadlessFormat {
 
 class TableFormat final : public HeadlessFormat {
  public:
-  std::string format(const logging::LogRow& row) override {
+  std::string format(const HeadlessSample& sample) override {
+    const logging::LogRow& row = sample.row;
     const Time first = first_.of(row);
     const bool isHeaderDue = rows_++ % kRowsBetweenHeaders == 0;
     return (isHeaderDue ? tableHeader() : std::string()) + tableLine(row, first);
@@ -79,6 +81,14 @@ double secondsBetween(Time first, Time second) {
   return std::chrono::duration<double>(second - first).count();
 }
 
+nlohmann::ordered_json jsonOf(const sampling::Cluster& cluster) {
+  nlohmann::ordered_json object = {
+      {"name", nullptr}, {"frequency", nullptr}, {"cpus", cluster.cpus}};
+  if (cluster.name) object["name"] = *cluster.name;
+  if (cluster.frequency) object["frequency"] = *cluster.frequency;
+  return object;
+}
+
 }  // namespace
 
 std::unique_ptr<HeadlessFormat> makeHeadlessFormat(OutputFormat format) {
@@ -93,6 +103,8 @@ std::unique_ptr<HeadlessFormat> makeHeadlessFormat(OutputFormat format) {
   return std::make_unique<TableFormat>();
 }
 
+bool printsClusters(OutputFormat format) { return format == OutputFormat::json; }
+
 std::string isoTime(Time time) {
   const base::CivilTime local = base::localTime(time);
   const auto minutes = std::chrono::duration_cast<std::chrono::minutes>(base::offsetFromUtc(time));
@@ -104,7 +116,8 @@ std::string isoTime(Time time) {
   return text;
 }
 
-std::string jsonLine(const logging::LogRow& row, Time first) {
+std::string jsonLine(const HeadlessSample& sample, Time first) {
+  const logging::LogRow& row = sample.row;
   // The library writes the shortest text that reads back as the same number, and null for what is
   // not finite.
   nlohmann::ordered_json object;
@@ -126,7 +139,11 @@ std::string jsonLine(const logging::LogRow& row, Time first) {
   object["cpuEUtilization"] = row.cpuEUtilization;
   object["cpuPUtilization"] = row.cpuPUtilization;
   object["gpuUtilization"] = row.gpuUtilization;
-  return object.dump();
+  nlohmann::ordered_json& clusters = object["clusters"] = nlohmann::ordered_json::array();
+  for (const sampling::Cluster& cluster : sample.clusters) clusters.push_back(jsonOf(cluster));
+  // A document's text may be no UTF-8.
+  constexpr auto kReplaced = nlohmann::ordered_json::error_handler_t::replace;
+  return object.dump(-1, ' ', false, kReplaced);
 }
 
 }  // namespace pallimo::app

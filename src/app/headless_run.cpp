@@ -67,10 +67,18 @@ std::chrono::milliseconds HeadlessRun::nominal(std::chrono::seconds real) const 
 
 void HeadlessRun::receiveRows() {
   ports::MainQueue& mainQueue = services_.mainQueue;
+  const std::weak_ptr<const sampling::SGPowerMetrics> engine =
+      services_.general.modelPowerMetrics();
+  const bool takesClusters = printsClusters(settings_.format);
   services_.general.sampleRows()->addReceiver(
-      [&mainQueue, weak = weak_from_this()](const logging::LogRow& row) {
-        mainQueue.async([weak, row] {
-          if (const auto self = weak.lock()) self->print(row);
+      [&mainQueue, engine, takesClusters, weak = weak_from_this()](const logging::LogRow& row) {
+        HeadlessSample sample = {row};
+        // Now: when the line is printed the next document may have come.
+        if (const auto source = takesClusters ? engine.lock() : nullptr) {
+          sample.clusters = source->getClusters();
+        }
+        mainQueue.async([weak, sample = std::move(sample)] {
+          if (const auto self = weak.lock()) self->print(sample);
         });
       });
 }
@@ -96,10 +104,10 @@ void HeadlessRun::watchContent() {
   });
 }
 
-void HeadlessRun::print(const logging::LogRow& row) {
+void HeadlessRun::print(const HeadlessSample& sample) {
   if (hasEnded_) return;
   silentLooks_ = 0;
-  switch (services_.output.write(format_->format(row))) {
+  switch (services_.output.write(format_->format(sample))) {
     case SampleOutput::State::open:
       break;
     case SampleOutput::State::closed:

@@ -118,7 +118,7 @@ class HeadlessRun final : public std::enable_shared_from_this<HeadlessRun> {
   void receiveRows();
   void noticeLostAnswers();
   void watchContent();
-  void print(const logging::LogRow& row);
+  void print(const HeadlessSample& sample);
   void contentChanged();
   void lookLater();
   void look();

@@ -18,9 +18,12 @@
 #include "adapters/qt/unix_signals.h"
 #include "app/command_line.h"
 #include "app/descriptor_output.h"
+#include "app/diagnosis.h"
 #include "app/headless_run.h"
 #include "app/make_platform.h"
+#include "app/served_metrics.h"
 #include "app/shared_general_model.h"
+#include "app/user_words.h"
 #include "app/window/window_run.h"
 
 namespace pallimo::app {
@@ -68,6 +71,23 @@ RunEnd runHeadless(const Platform& platform, const Options& options) {
   return end;
 }
 
+RunEnd runDiagnosis(PlatformOwner& owner, const Options& options) {
+  constexpr int kStandardOutput = 1;
+  DescriptorOutput output(kStandardOutput);
+  RunEnd end;
+  const auto diagnosis = Diagnosis::create(
+      owner.platform(), output, {PALLIMO_VERSION, wordsThatTellTheUser(), options.speed},
+      [&end](RunEnd how) {
+        end = std::move(how);
+        QCoreApplication::quit();
+      });
+  const adapters::qt::UnixSignals interruptions([&diagnosis] { diagnosis->interrupt(); });
+  diagnosis->start();
+  QCoreApplication::exec();
+  owner.endLink();  // what the delivery thread still does is done before the diagnosis goes
+  return end;
+}
+
 RunEnd runWindow(const Platform& platform) {
   const adapters::qt::UnixSignals interruptions([] { QCoreApplication::quit(); });
   GeneralModel& general = SharedGeneralModel::get();
@@ -82,8 +102,16 @@ RunEnd runApp(const Options& options) {
   const auto made = makePlatform(options);
   if (const auto* error = std::get_if<StartError>(&made)) return {kUsageStatus, error->message};
   PlatformOwner& owner = *std::get<std::unique_ptr<PlatformOwner>>(made);
+  if (options.action == Options::Action::diagnose) return runDiagnosis(owner, options);
+  ServedMetrics served(PALLIMO_VERSION);
+  if (options.serve) {
+    if (auto problem = served.listen(owner.platform(), *options.serve)) {
+      return {kUsageStatus, std::move(problem->message)};
+    }
+  }
   // Never released: the models live as long as the process.
   [[maybe_unused]] const auto* shared = new SharedGeneralModel(owner.platform());
+  if (options.serve) served.follow(owner.platform(), SharedGeneralModel::get());
   RunEnd end =
       options.headless ? runHeadless(owner.platform(), options) : runWindow(owner.platform());
   owner.endLink();
@@ -116,16 +144,18 @@ int main(int argumentCount, char* arguments[]) {
       return print("pallimo " PALLIMO_VERSION "\n");
     case Options::Action::listMachines:
       return listMachines(options);
+    case Options::Action::diagnose:
     case Options::Action::run:
       break;
   }
-  if (!options.headless) {
+  const bool hasWindow = !options.headless && options.action == Options::Action::run;
+  if (hasWindow) {
     if (const auto problem = missingDisplay()) return fail(kUsageStatus, problem->message);
   }
   int one = 1;  // the command line is ours alone
   const std::unique_ptr<QCoreApplication> application =
-      options.headless ? std::make_unique<QCoreApplication>(one, arguments)
-                       : std::make_unique<QApplication>(one, arguments);
+      hasWindow ? std::make_unique<QApplication>(one, arguments)
+                : std::make_unique<QCoreApplication>(one, arguments);
   // Qt has taken over the user's locale.
   std::setlocale(LC_NUMERIC, "C");
   const RunEnd end = runApp(options);

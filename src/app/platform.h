@@ -18,6 +18,7 @@
 #include "ports/hid_sensors.h"
 #include "ports/http_client.h"
 #include "ports/main_queue.h"
+#include "ports/metrics_server.h"
 #include "ports/process_information.h"
 #include "ports/processor_ticks.h"
 #include "ports/program_launcher.h"
@@ -64,6 +65,7 @@ struct Platform {
   const ports::Screens& screens;
   const ports::ProcessInformation& processInformation;
   ports::UrlOpener& urlOpener;
+  ports::MetricsServer& metricsServer;
   std::string_view analyticsURL;  ///< base of the analytics server, with "/" at its end
 };
 

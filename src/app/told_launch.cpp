@@ -8,7 +8,8 @@
 namespace pallimo::app {
 
 bool isToldLaunch(const Options& options, std::string_view analyticsURL, const char* doNotTrack) {
-  return !options.headless && analytics::mayTrack(analyticsURL, doNotTrack);
+  const bool isSeen = !options.headless && options.action == Options::Action::run;
+  return isSeen && analytics::mayTrack(analyticsURL, doNotTrack);
 }
 
 }  // namespace pallimo::app

@@ -4,32 +4,20 @@
 #include "helper_link/xpc_client.h"
 
 #include <string>
-#include <string_view>
 #include <utility>
 
+#include "helper_link/embedded_helper_version.h"
 #include "helper_link/xpc_manager.h"
 
 namespace pallimo::helper_link {
 
 namespace {
 
-// Where the system looks for the helpers that an app may install.
-constexpr std::string_view kEmbeddedHelper =
-    "Contents/Library/LaunchServices/com.ostrovane.powermetrics";
-
 // The handlers go first: our own invalidation is no failure and must not be reported as one.
 void end(ports::HelperConnection& connection) {
   connection.setInterruptionHandler(nullptr);
   connection.setInvalidationHandler(nullptr);
   connection.invalidate();
-}
-
-/// Nothing when no helper is embedded, or when its version is not a text.
-std::optional<std::string> embeddedVersion(const ports::Bundle& bundle) {
-  const auto info = bundle.infoDictionary(kEmbeddedHelper);
-  const base::PropertyList* version = info ? info->find("CFBundleShortVersionString") : nullptr;
-  const std::string* text = version != nullptr ? version->text() : nullptr;
-  return text != nullptr ? std::optional(*text) : std::nullopt;
 }
 
 void publishContent(const XPCManager& manager) {
@@ -137,7 +125,7 @@ void XPCClient::uninstall(std::function<void(bool)> completion) {
 
 void XPCClient::checkVersion(std::function<void(bool)> completion,
                              std::weak_ptr<XPCManager> manager) {
-  std::optional<std::string> embedded = embeddedVersion(services_.bundle);
+  std::optional<std::string> embedded = embeddedHelperVersion(services_.bundle);
   if (auto helper = proxy()) {
     helper->getVersion([completion = std::move(completion), embedded = std::move(embedded)](
                            const std::string& running) { completion(embedded == running); });

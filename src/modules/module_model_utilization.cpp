@@ -55,7 +55,10 @@ ModuleModelUtilization::Figures ModuleModelUtilization::readFigures() {
     figures.eutilization = busyFractionOf("E-Cluster", averages);
     figures.putilization = busyFractionOf("P-Cluster", averages);
   }
-  if (const auto gpu = gpu_.readGPUInfo()) figures.utilizationGPU = gpu->utilisation;
+  if (const auto gpu = gpu_.readGPUInfo()) {
+    figures.utilizationGPU = gpu->utilisation;
+    figures.isGPUTold = gpu->isUtilisationTold;
+  }
   return figures;
 }
 

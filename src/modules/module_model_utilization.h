@@ -41,6 +41,7 @@ class ModuleModelUtilization final : public MetricModel,
     double eutilization = 0;    ///< of the efficiency cores
     double putilization = 0;    ///< of the performance cores
     double utilizationGPU = 0;  ///< 0 also when there is no GPU to ask
+    bool isGPUTold = false;     ///< whether there is one, and its driver told
   };
 
   /// Everything that the model holds at one moment; each history has at most 350 values.

@@ -19,6 +19,7 @@ using base::PropertyList;
 constexpr std::string_view kEfficiency = "E";
 constexpr std::string_view kPerformance = "P";
 constexpr std::string_view kClusterWord = "-Cluster";
+constexpr double kHertzPerMegahertz = 1'000'000;
 
 // Ten numbered clusters a kind and no more: "E10-Cluster" is nobody's.
 constexpr std::array<std::string_view, 11> kSuffixes = {"",  "0", "1", "2", "3", "4",
@@ -119,7 +120,6 @@ ClusterFrequencies clusterFrequencies(const base::PropertyList& sample) {
     if (name == nullptr || frequency == nullptr || !frequency->isNumber()) continue;
     table[*name] = frequency->numberOr(0);
   }
-  constexpr double kHertzPerMegahertz = 1'000'000;
   return {
       {clusterName(kEfficiency, ""), highestFrequency(table, kEfficiency) / kHertzPerMegahertz},
       {clusterName(kPerformance, ""), highestFrequency(table, kPerformance) / kHertzPerMegahertz}};
@@ -140,6 +140,21 @@ ClusterCPUs clusterCPUs(const base::PropertyList& sample) {
   if (table.empty()) return {};
   return {{clusterName(kEfficiency, ""), concatenated(table, kEfficiency)},
           {clusterName(kPerformance, ""), concatenated(table, kPerformance)}};
+}
+
+std::vector<Cluster> allClusters(const base::PropertyList& sample) {
+  std::vector<Cluster> all;
+  for (const PropertyList& entry : clustersOf(sample)) {
+    if (entry.dictionary() == nullptr) continue;
+    Cluster& cluster = all.emplace_back();
+    if (const std::string* name = nameOf(entry)) cluster.name = *name;
+    const PropertyList* frequency = entry.find("freq_hz");
+    if (frequency != nullptr && frequency->isNumber()) {
+      cluster.frequency = frequency->numberOr(0) / kHertzPerMegahertz;
+    }
+    cluster.cpus = cpuNumbers(entry);
+  }
+  return all;
 }
 
 }  // namespace pallimo::sampling

@@ -5,9 +5,11 @@
 
 #include <cstdint>
 #include <span>
+#include <vector>
 
 #include "base/property_list.h"
 #include "ports/property_list_reader.h"
+#include "sampling/cluster.h"
 #include "sampling/sample_reader.h"
 
 namespace pallimo::sampling {
@@ -39,5 +41,9 @@ GPUFrequency gpuFrequency(const base::PropertyList& sample);
 /// the unnumbered cluster first, then by number, each cluster's in document order. Empty when the
 /// sample holds no named cluster at all.
 ClusterCPUs clusterCPUs(const base::PropertyList& sample);
+
+/// Every cluster of the document in its order, recognised or not, several of one name included. An
+/// entry of the list that is no dictionary is no cluster.
+std::vector<Cluster> allClusters(const base::PropertyList& sample);
 
 }  // namespace pallimo::sampling

@@ -167,4 +167,6 @@ GPUFrequency SGPowerMetrics::getGPUFrequency() const { return gpuFrequency(*data
 
 ClusterCPUs SGPowerMetrics::getClusterCPUs() const { return clusterCPUs(*data()); }
 
+std::vector<Cluster> SGPowerMetrics::getClusters() const { return allClusters(*data()); }
+
 }  // namespace pallimo::sampling

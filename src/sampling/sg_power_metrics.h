@@ -7,6 +7,7 @@
 #include <memory>
 #include <optional>
 #include <string_view>
+#include <vector>
 
 #include "base/bytes.h"
 #include "base/mutex.h"
@@ -17,6 +18,7 @@
 #include "ports/main_queue.h"
 #include "ports/property_list_reader.h"
 #include "ports/user_defaults.h"
+#include "sampling/cluster.h"
 #include "sampling/sample_reader.h"
 #include "sampling/sample_steps.h"
 
@@ -81,6 +83,9 @@ class SGPowerMetrics final : public helper_link::PowerMetricsModelDelegate,
   ClusterFrequencies getClusterFrequencies() const override;
   GPUFrequency getGPUFrequency() const override;
   ClusterCPUs getClusterCPUs() const override;
+  /// Every cluster of the current sample, whatever it is called. Asked for while a row is taken, on
+  /// the delivery thread, it is that row's: the next sample comes after it on the same thread.
+  std::vector<Cluster> getClusters() const;
 
  private:
   explicit SGPowerMetrics(const Services& services);

@@ -51,9 +51,11 @@ std::string nameIn(const base::PropertyList& accelerator) {
   return model != nullptr && model->text() != nullptr ? *model->text() : "Unknown";
 }
 
-double utilisationIn(const base::PropertyList& statistics) {
+GPUInfoRecord recordOf(const base::PropertyList& accelerator,
+                       const base::PropertyList& statistics) {
   const base::PropertyList* percent = statistics.find("Device Utilization %");
-  return percent == nullptr ? 0 : percent->numberOr(0) / kPercent;
+  const bool isTold = percent != nullptr && percent->isNumber();
+  return {nameIn(accelerator), isTold ? percent->numberOr(0) / kPercent : 0, isTold};
 }
 
 }  // namespace
@@ -62,7 +64,7 @@ std::optional<GPUInfoRecord> SGSystemGPUInfo::readGPUInfo() const {
   for (const base::PropertyList& accelerator : applesAccelerators(registry_)) {
     const base::PropertyList* statistics = accelerator.find("PerformanceStatistics");
     if (statistics == nullptr || statistics->dictionary() == nullptr) continue;
-    return GPUInfoRecord{nameIn(accelerator), utilisationIn(*statistics)};
+    return recordOf(accelerator, *statistics);
   }
   return std::nullopt;
 }

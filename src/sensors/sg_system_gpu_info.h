@@ -14,6 +14,7 @@ namespace pallimo::sensors {
 struct GPUInfoRecord {
   std::string name;        ///< the model, or "Unknown"
   double utilisation = 0;  ///< fraction 0 to 1; 0 when the driver does not tell
+  bool isUtilisationTold = true;
   bool operator==(const GPUInfoRecord&) const = default;
 };
 

@@ -29,7 +29,7 @@ TEST_F(AppOutput, ThreeSamplesAsJson) {
   double elapsed = -1;
   for (const std::string& line : app->readLines(3)) {
     const auto object = nlohmann::json::parse(line);
-    EXPECT_EQ(object.size(), 18u);
+    EXPECT_EQ(object.size(), 19u);
     EXPECT_GT(object["pkgPower"].get<double>(), 0);
     EXPECT_GT(object["ellapsedTime"].get<double>(), elapsed);
     elapsed = object["ellapsedTime"];

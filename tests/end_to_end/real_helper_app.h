@@ -109,6 +109,7 @@ class RealHelperApp : public LinkTest {
                                    .screens = desktop_.screens,
                                    .processInformation = desktop_.processInformation,
                                    .urlOpener = desktop_.urlOpener,
+                                   .metricsServer = desktop_.metricsServer,
                                    .analyticsURL = fakes::FakeDesktop::kAnalyticsURL});
     general_->sampleRows()->addReceiver([this](const logging::LogRow&) { ++rows_; });
     view_ = std::make_unique<app::ContentView>(queue_, *general_);

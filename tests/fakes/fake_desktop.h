@@ -5,6 +5,7 @@
 
 #include <string_view>
 
+#include "fakes/fake_metrics_server.h"
 #include "fakes/fake_process_information.h"
 #include "fakes/fake_screens.h"
 #include "fakes/fake_software_updater.h"
@@ -28,6 +29,7 @@ struct FakeDesktop {
   FakeScreens screens;
   FakeProcessInformation processInformation;
   RecordingUrlOpener urlOpener;
+  FakeMetricsServer metricsServer;
 };
 
 }  // namespace pallimo::fakes

@@ -85,6 +85,7 @@ struct FakePlatform {
             .screens = desktop.screens,
             .processInformation = desktop.processInformation,
             .urlOpener = desktop.urlOpener,
+            .metricsServer = desktop.metricsServer,
             .analyticsURL = FakeDesktop::kAnalyticsURL};
   }
 };

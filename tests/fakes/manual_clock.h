@@ -17,7 +17,9 @@ class ManualClock final : public ports::Clock {
 
   TimePoint now() const override {
     base::MutexLock lock(mutex_);
-    return now_;
+    const TimePoint shown = now_;
+    now_ += step_;
+    return shown;
   }
 
   void set(TimePoint now) {
@@ -30,9 +32,16 @@ class ManualClock final : public ports::Clock {
     now_ += by;
   }
 
+  /// By how much each look at the clock moves it on; at first not at all.
+  void setStep(std::chrono::system_clock::duration step) {
+    base::MutexLock lock(mutex_);
+    step_ = step;
+  }
+
  private:
   mutable base::Mutex mutex_;
-  TimePoint now_ PALLIMO_GUARDED_BY(mutex_){};
+  mutable TimePoint now_ PALLIMO_GUARDED_BY(mutex_){};
+  std::chrono::system_clock::duration step_ PALLIMO_GUARDED_BY(mutex_){};
 };
 
 }  // namespace pallimo::fakes

@@ -46,7 +46,11 @@ class RecordedMac {
   /// such recording.
   explicit RecordedMac(const std::string& folder,
                        std::optional<double> samplingResolution = std::nullopt)
-      : machine_(load(folder)),
+      : RecordedMac(recordingIn(folder), samplingResolution) {}
+  /// The same with whatever machine the simulation names, a built-in one for example.
+  explicit RecordedMac(const adapters::simulated::Simulation& simulation,
+                       std::optional<double> samplingResolution = std::nullopt)
+      : machine_(load(simulation)),
         controls_(machine_.systemControls()),
         sensors_(machine_.sensors(clock_)),
         followed_(sensors_->follow(helperConnector_)) {
@@ -117,9 +121,14 @@ class RecordedMac {
   app::GeneralModel& general() { return *general_; }
 
  private:
-  static adapters::simulated::SimulatedMachine load(const std::string& folder) {
+  static adapters::simulated::Simulation recordingIn(const std::string& folder) {
     adapters::simulated::Simulation simulation;
     simulation.recording = folder;
+    return simulation;
+  }
+
+  static adapters::simulated::SimulatedMachine load(
+      const adapters::simulated::Simulation& simulation) {
     auto loaded = adapters::simulated::SimulatedMachine::load(simulation);
     if (const auto* error = std::get_if<adapters::simulated::SimulationError>(&loaded)) {
       throw std::runtime_error(error->message);
@@ -161,6 +170,7 @@ class RecordedMac {
             .screens = desktop_.screens,
             .processInformation = desktop_.processInformation,
             .urlOpener = desktop_.urlOpener,
+            .metricsServer = desktop_.metricsServer,
             .analyticsURL = fakes::FakeDesktop::kAnalyticsURL};
   }
 
@@ -177,6 +187,7 @@ class RecordedMac {
   std::optional<base::Bytes> documentOf(std::uint64_t request) const {
     adapters::simulated::PowermetricsRequest asked;
     asked.number = request;
+    asked.samplers = {"cpu_power", "gpu_power"};
     adapters::simulated::PowermetricsRun run = machine_.powermetrics(asked);
     if (run.output.empty()) return std::nullopt;
     return std::move(run.output);

@@ -143,7 +143,9 @@ TEST_F(Sampling, ASampleBecomesALineOfJson) {
                   R"("gpuPower":3.0,"cpuECoreFrequency":1500.0,"cpuPCoreFrequency":3000.0,)"
                   R"("gpuFrequency":444.0,"cpuAvgTmp":50.0,"cpuMaxTmp":60.0,"cpuMinTmp":40.0,)"
                   R"("gpuAvgTmp":35.0,"cpuUtilization":50.0,"cpuEUtilization":25.0,)"
-                  R"("cpuPUtilization":75.0,"gpuUtilization":37.0})"});
+                  R"("cpuPUtilization":75.0,"gpuUtilization":37.0,"clusters":[)"
+                  R"({"name":"E-Cluster","frequency":1500.0,"cpus":[0]},)"
+                  R"({"name":"P-Cluster","frequency":3000.0,"cpus":[1]}]})"});
 }
 
 TEST_F(Sampling, JsonWritesMinusOneNullAndAHundredPercent) {
@@ -152,10 +154,11 @@ TEST_F(Sampling, JsonWritesMinusOneNullAndAHundredPercent) {
   startWithUsableHelper();
   helperSends();
   const std::string line = output_.takeLines().at(0);
-  EXPECT_EQ(line.substr(line.find("\"cpuAvgTmp\"")),
+  const std::size_t begin = line.find("\"cpuAvgTmp\"");
+  EXPECT_EQ(line.substr(begin, line.find("\"clusters\"") - begin),
             R"("cpuAvgTmp":null,"cpuMaxTmp":-1.0,"cpuMinTmp":-1.0,"gpuAvgTmp":null,)"
             R"("cpuUtilization":100.0,"cpuEUtilization":100.0,"cpuPUtilization":null,)"
-            R"("gpuUtilization":0.0})");
+            R"("gpuUtilization":0.0,)");
 }
 
 TEST_F(Sampling, TheModelsPublishOnceASampleWasDistributed) {

@@ -123,6 +123,22 @@ expect "and the command" "  apt-get install -y --no-install-recommends two" \
 
 set_up
 fake dpkg-query 'exit 1'
+fake apt-get '[ "$1" = update ] || sh "$SANDBOX/policy" || echo "refused: $?" >>"$SANDBOX/calls"'
+fake systemctl 'true'
+install_it 'service_policy=$SANDBOX/policy; install_debian prometheus'
+expect "the tests' Prometheus does not start as a service" "refused: 101" \
+  "$(grep refused "$sandbox/calls")"
+expect "and other services may afterwards" "no" "$([ -e "$sandbox/policy" ] && echo yes || echo no)"
+
+set_up
+fake dpkg-query 'exit 1'
+fake systemctl 'true'
+echo 'exit 0' >"$sandbox/policy"
+install_it 'service_policy=$SANDBOX/policy; install_debian prometheus'
+expect "a machine's own policy stays" "exit 0" "$(cat "$sandbox/policy")"
+
+set_up
+fake dpkg-query 'exit 1'
 fake id 'echo 1000'
 fake sudo 'echo "sudo $*" >>"$SANDBOX/calls"'
 install_it 'install_debian one'

@@ -56,6 +56,7 @@ LinuxPlatform::LinuxPlatform(Parts parts)
                 .screens = screens_,
                 .processInformation = processInformation_,
                 .urlOpener = urlOpener_,
+                .metricsServer = metricsServer_,
                 .analyticsURL = PALLIMO_ANALYTICS_URL} {}
 
 void LinuxPlatform::endLink() {

@@ -17,6 +17,7 @@
 #include "adapters/linux/syslog_log.h"
 #include "adapters/linux/system_random.h"
 #include "adapters/linux/user_authorization.h"
+#include "adapters/prometheus/prometheus_metrics_server.h"
 #include "adapters/qt/qt_background_queue.h"
 #include "adapters/qt/qt_file_store.h"
 #include "adapters/qt/qt_main_queue.h"
@@ -80,6 +81,7 @@ class LinuxPlatform final : public PlatformOwner {
   const adapters::qt::QtScreens screens_;
   const adapters::qt::QtProcessInformation processInformation_;
   adapters::qt::QtUrlOpener urlOpener_;
+  adapters::prometheus::PrometheusMetricsServer metricsServer_;
   adapters::linux::SyslogLog systemLog_;
   adapters::linux::BuiltBundle bundle_;
   adapters::linux::UserAuthorization authorization_;

@@ -107,11 +107,33 @@ class Start {
   Problem findBundle() { return keep(bundleFolder(), bundle_); }
 
   Problem loadMachine() {
-    if (auto error = keep(simulationFor(options_, start_), simulation_)) return error;
+    if (!readKeptSimulation()) {
+      if (auto error = keep(simulationFor(options_, start_), simulation_)) return error;
+    }
     return keep(machineOf(simulation_), machine_);
   }
 
+  bool isDiagnosis() const { return options_.action == Options::Action::diagnose; }
+
+  /// A diagnosis that names no machine is about the one of the last run, which it leaves as it is.
+  bool readKeptSimulation() {
+    if (!isDiagnosis() || options_.machine) return false;
+    auto kept = simulated::readSimulation(StateFolder(folderPath_).simulationFile());
+    auto* simulation = std::get_if<simulated::Simulation>(&kept);
+    if (simulation == nullptr) return false;
+    simulation_ = std::move(*simulation);
+    return true;
+  }
+
+  /// Whether the folder is left as it is: a diagnosis makes none, and writes down only the machine
+  /// that it is told.
+  bool leavesFolder() const {
+    std::error_code error;
+    return isDiagnosis() && (!options_.machine || !fs::exists(folderPath_, error));
+  }
+
   Problem prepareFolder() {
+    if (leavesFolder()) return std::nullopt;
     const StateFolder folder(folderPath_);
     if (auto problem = prepareStateFolder(folder)) return StartError{*std::move(problem)};
     auto faults = simulated::keptFaults(folder.simulationFile());
@@ -132,7 +154,8 @@ class Start {
   }
 
   Problem makeOwner() {
-    const int console = options_.headless ? STDERR_FILENO : STDOUT_FILENO;
+    // Standard output carries nothing but samples, or the report.
+    const int console = options_.headless || isDiagnosis() ? STDERR_FILENO : STDOUT_FILENO;
     owner_ = std::make_unique<linux::LinuxPlatform>(linux::LinuxPlatform::Parts{
         StateFolder(folderPath_), bundle_, embeddedHelper(bundle_), *std::move(machine_),
         simulation_.faults, start_, options_.speed, console, analyticsClient(options_)});

@@ -102,8 +102,7 @@ TEST(CommandLine, SpeedIsANumberFromOneToAHundred) {
 TEST(CommandLine, UnknownOptionsAreRefused) {
   EXPECT_EQ(complaint({"--sampels", "3"}), "unknown option \"--sampels\"");
   EXPECT_EQ(complaint({"--head"}), "unknown option \"--head\"");
-  EXPECT_EQ(complaint({"--serve=127.0.0.1:9100"}), "unknown option \"--serve\"");
-  EXPECT_EQ(complaint({"--diagnose"}), "unknown option \"--diagnose\"");
+  EXPECT_EQ(complaint({"--diagnos"}), "unknown option \"--diagnos\"");
   EXPECT_EQ(complaint({"-h"}), "unknown option \"-h\"");
   EXPECT_EQ(complaint({"--"}), "unknown option \"--\"");
 }
@@ -148,6 +147,26 @@ TEST(CommandLine, ActionsThatPrintTheirAnswer) {
   EXPECT_EQ(parsed({"--help"}).action, Options::Action::showHelp);
   EXPECT_EQ(parsed({"--version"}).action, Options::Action::showVersion);
   EXPECT_EQ(parsed({"--list-machines"}).action, Options::Action::listMachines);
+  EXPECT_EQ(parsed({"--diagnose"}).action, Options::Action::diagnose);
+}
+
+TEST(CommandLine, ADiagnosisGoesBehindTheOtherActions) {
+  EXPECT_EQ(parsed({"--list-machines", "--diagnose"}).action, Options::Action::listMachines);
+  EXPECT_EQ(parsed({"--diagnose", "--help", "--headless"}).action, Options::Action::showHelp);
+}
+
+TEST(CommandLine, ADiagnosisInstallsNothingAndPrintsNothingElse) {
+  for (const Arguments& more : std::vector<Arguments>{{"--headless"},
+                                                      {"--format", "csv"},
+                                                      {"--samples", "1"},
+                                                      {"--install-helper"},
+                                                      {"--serve", ":9123"}}) {
+    Arguments arguments = {"--diagnose"};
+    arguments.insert(arguments.end(), more.begin(), more.end());
+    EXPECT_EQ(complaint(arguments), more[0] + " does not work with --diagnose");
+  }
+  EXPECT_EQ(complaint({"--diagnose", "--machine=M", "--speed=20", "--state-dir=x"}),
+            "no complaint");
 }
 
 TEST(CommandLine, HelpGoesBeforeVersionAndVersionBeforeTheList) {
@@ -157,6 +176,27 @@ TEST(CommandLine, HelpGoesBeforeVersionAndVersionBeforeTheList) {
 
 TEST(CommandLine, AComplaintIsOneLineWhateverTheArgument) {
   EXPECT_EQ(complaint({"--a\nb\x1b[31m"}), "unknown option \"--a?b?[31m\"");
+}
+
+TEST(CommandLine, FiguresAreServedWithAWindowAndWithout) {
+  const ports::ListenAddress address = {"127.0.0.1", 9123};
+  EXPECT_EQ(parsed({}).serve, std::nullopt);
+  EXPECT_EQ(parsed({"--serve", "127.0.0.1:9123"}).serve, address);
+  EXPECT_EQ(parsed({"--headless", "--serve=:9123"}).serve, address);
+}
+
+TEST(CommandLine, SaysWhatIsWrongWithAnAddress) {
+  EXPECT_EQ(complaint({"--serve"}), "option --serve needs a value: ADDRESS:PORT");
+  EXPECT_EQ(complaint({"--serve", "127.0.0.1"}),
+            "--serve takes ADDRESS:PORT such as 127.0.0.1:9123, not \"127.0.0.1\"");
+  EXPECT_EQ(complaint({"--serve", "::1:9123"}),
+            "--serve takes ADDRESS:PORT such as 127.0.0.1:9123, not \"::1:9123\"");
+  EXPECT_EQ(complaint({"--serve", "example.org:9123"}),
+            "--serve takes a numeric address before the port, not \"example.org:9123\"");
+  for (const std::string port : {"0", "65536"}) {
+    EXPECT_EQ(complaint({"--serve", "127.0.0.1:" + port}),
+              "--serve takes a port from 1 to 65535, not \"127.0.0.1:" + port + "\"");
+  }
 }
 
 TEST(CommandLine, AnErrorGoesBeforeHelp) {
@@ -178,14 +218,19 @@ Shows power, frequency, temperature and utilisation of a Mac with Apple silicon.
   --list-machines        list the built-in machines and, with --machine DIR,
                          the recording
   --speed X              off macOS: let time run X times faster (1 to 100)
+  --serve ADDRESS:PORT   the current figures for Prometheus at /metrics; without
+                         the address (:9123) for this machine alone
   --state-dir DIR        where settings, the installed helper and its socket live
+  --diagnose             print a report to put into a bug report; changes nothing,
+                         and names neither user nor machine nor folders
   --version              print the version
   --help                 print this help
 
 A run with --headless ends with one of these statuses:
   0  the samples are printed, standard output was closed, or SIGINT or SIGTERM came
   1  standard output can't be written
-  2  a wrong option, or a machine or state folder that can't be used
+  2  a wrong option, or a machine, state folder or --serve address that can't
+     be used
   3  the helper is absent or does not answer
   4  the helper is out of date
   5  the helper's installation was refused

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <optional>
 #include <string>
 
 #include "unit/base/zone_scope.h"
@@ -49,7 +50,7 @@ class HeadlessFormatTest : public testing::Test {
 };
 
 TEST_F(HeadlessFormatTest, CsvBeginsWithTheLogsHeader) {
-  EXPECT_EQ(makeHeadlessFormat(OutputFormat::csv)->format(row()),
+  EXPECT_EQ(makeHeadlessFormat(OutputFormat::csv)->format({row()}),
             "System Time, Elapsed Time (sec), Package Power (Watt), CPU Power (Watt), "
             "DRAM Power (Watt), ANE Power (Watt), GPU Power (Watt), E-Core Frequency (Mhz), "
             "P-Core Frequency (Mhz), GPU Frequency (Mhz), CPU MIN Temperature (C), "
@@ -62,31 +63,32 @@ TEST_F(HeadlessFormatTest, CsvBeginsWithTheLogsHeader) {
 
 TEST_F(HeadlessFormatTest, CsvWritesItsHeaderOnceAndCountsFromTheFirstRow) {
   const auto csv = makeHeadlessFormat(OutputFormat::csv);
-  csv->format(row());
-  EXPECT_EQ(csv->format(row(kTime + 1500ms)).substr(0, 30), "14:02:34.623, 1.500, 12.346, 8");
+  csv->format({row()});
+  EXPECT_EQ(csv->format({row(kTime + 1500ms)}).substr(0, 30), "14:02:34.623, 1.500, 12.346, 8");
 }
 
 TEST_F(HeadlessFormatTest, JsonIsOneObjectALineWithTheRecordsKeysInTheirOrder) {
-  EXPECT_EQ(makeHeadlessFormat(OutputFormat::json)->format(row()),
+  EXPECT_EQ(makeHeadlessFormat(OutputFormat::json)->format({row()}),
             R"({"timeStamp":"2026-03-05T14:02:33.123+01:00","ellapsedTime":0.0,)"
             R"("pkgPower":12.3456,"cpuPower":8.25,"dramPower":0.5,"anePower":0.125,)"
             R"("gpuPower":3.0625,"cpuECoreFrequency":1234.5678,"cpuPCoreFrequency":3204.0,)"
             R"("gpuFrequency":444.25,"cpuAvgTmp":45.5,"cpuMaxTmp":60.25,"cpuMinTmp":38.75,)"
             R"("gpuAvgTmp":41.5,"cpuUtilization":10.5,"cpuEUtilization":20.25,)"
-            R"("cpuPUtilization":30.125,"gpuUtilization":40.0625})"
+            R"("cpuPUtilization":30.125,"gpuUtilization":40.0625,"clusters":[]})"
             "\n");
 }
 
 TEST_F(HeadlessFormatTest, JsonCountsFromTheFirstRow) {
   const auto json = makeHeadlessFormat(OutputFormat::json);
-  json->format(row());
-  EXPECT_NE(json->format(row(kTime + 1500ms)).find(R"("ellapsedTime":1.5,)"), std::string::npos);
+  json->format({row()});
+  EXPECT_NE(json->format({row(kTime + 1500ms)}).find(R"("ellapsedTime":1.5,)"), std::string::npos);
 }
 
 TEST_F(HeadlessFormatTest, JsonNumbersAreNotRounded) {
   logging::LogRow precise = row();
   precise.pkgPower = 0.1 + 0.2;
-  EXPECT_NE(jsonLine(precise, kTime).find(R"("pkgPower":0.30000000000000004,)"), std::string::npos);
+  EXPECT_NE(jsonLine({precise}, kTime).find(R"("pkgPower":0.30000000000000004,)"),
+            std::string::npos);
 }
 
 TEST_F(HeadlessFormatTest, JsonWritesNullForWhatIsNotFinite) {
@@ -94,8 +96,34 @@ TEST_F(HeadlessFormatTest, JsonWritesNullForWhatIsNotFinite) {
   odd.pkgPower = std::numeric_limits<double>::quiet_NaN();
   odd.cpuPower = std::numeric_limits<double>::infinity();
   odd.dramPower = -std::numeric_limits<double>::infinity();
-  EXPECT_NE(jsonLine(odd, kTime).find(R"("pkgPower":null,"cpuPower":null,"dramPower":null,)"),
+  EXPECT_NE(jsonLine({odd}, kTime).find(R"("pkgPower":null,"cpuPower":null,"dramPower":null,)"),
             std::string::npos);
+}
+
+TEST_F(HeadlessFormatTest, JsonListsTheClustersInTheirOrder) {
+  HeadlessSample sample = {row()};
+  sample.clusters = {{"M-Cluster", 1020.25, {4, 5}}, {std::nullopt, std::nullopt, {}}};
+  EXPECT_TRUE(jsonLine(sample, kTime)
+                  .ends_with(R"("clusters":[{"name":"M-Cluster","frequency":1020.25,"cpus":[4,5]},)"
+                             R"({"name":null,"frequency":null,"cpus":[]}]})"));
+}
+
+TEST_F(HeadlessFormatTest, JsonWritesNullForAFrequencyThatIsNotFinite) {
+  HeadlessSample sample = {row()};
+  sample.clusters = {{"A", std::numeric_limits<double>::infinity(), {}}};
+  EXPECT_NE(jsonLine(sample, kTime).find(R"("frequency":null)"), std::string::npos);
+}
+
+TEST_F(HeadlessFormatTest, JsonStaysALineOfUtf8WhateverAClusterIsCalled) {
+  HeadlessSample sample = {row()};
+  sample.clusters = {{"a\n\"\xff", 1.0, {}}};
+  EXPECT_NE(jsonLine(sample, kTime).find("\"name\":\"a\\n\\\"\xEF\xBF\xBD\""), std::string::npos);
+}
+
+TEST_F(HeadlessFormatTest, OnlyJsonPrintsClusters) {
+  EXPECT_TRUE(printsClusters(OutputFormat::json));
+  EXPECT_FALSE(printsClusters(OutputFormat::csv));
+  EXPECT_FALSE(printsClusters(OutputFormat::table));
 }
 
 TEST_F(HeadlessFormatTest, IsoTimeCarriesTheZonesOffset) {
@@ -116,7 +144,7 @@ TEST_F(HeadlessFormatTest, TheTableBeginsWithItsHeaderAndRepeatsItEveryTwentyRow
   const auto table = makeHeadlessFormat(OutputFormat::table);
   std::string headersBefore;
   for (int number = 1; number <= 41; ++number) {
-    const std::string text = table->format(row());
+    const std::string text = table->format({row()});
     if (text.find("Power (W)") != std::string::npos) headersBefore += std::to_string(number) + " ";
   }
   EXPECT_EQ(headersBefore, "1 21 41 ");

@@ -51,6 +51,7 @@ class ProbedPorts {
             .screens = platform_.screens,
             .processInformation = platform_.processInformation,
             .urlOpener = platform_.urlOpener,
+            .metricsServer = platform_.metricsServer,
             .analyticsURL = platform_.analyticsURL};
   }
 

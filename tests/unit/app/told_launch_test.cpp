@@ -22,6 +22,12 @@ TEST(ToldLaunch, IsOneWithAWindow) { EXPECT_TRUE(isToldLaunch(withWindow(), kSer
 
 TEST(ToldLaunch, IsNoHeadlessRun) { EXPECT_FALSE(isToldLaunch(headless(), kServer, nullptr)); }
 
+TEST(ToldLaunch, IsNoDiagnosis) {
+  Options options;
+  options.action = Options::Action::diagnose;
+  EXPECT_FALSE(isToldLaunch(options, kServer, nullptr));
+}
+
 TEST(ToldLaunch, IsNoneOfAUserWhoSaidNo) { EXPECT_FALSE(isToldLaunch(withWindow(), kServer, "1")); }
 
 TEST(ToldLaunch, IsNoneWithoutAServer) { EXPECT_FALSE(isToldLaunch(withWindow(), "", nullptr)); }

@@ -273,6 +273,7 @@ TEST(ModuleModelUtilization, AGPUThatIsNotThereStandsAtNothing) {
   f.accelerators.clear();
   f.model->ingestSample();
   EXPECT_EQ(f.figures().utilizationGPU, 0);
+  EXPECT_FALSE(f.figures().isGPUTold);
   EXPECT_EQ(f.model->snapshot()->historicGPU.newest, (Values{0, 0.37}));
 }
 
@@ -281,8 +282,10 @@ TEST(ModuleModelUtilization, AGPUWhoseStatisticsLackItsUtilisationStandsAtNothin
   f.setGPU(37);
   f.model->ingestSample();
   f.accelerators.clear();
+  EXPECT_TRUE(f.figures().isGPUTold);
   f.accelerators.add(gpuWithoutUtilisation());
   f.model->ingestSample();
+  EXPECT_FALSE(f.figures().isGPUTold);
   EXPECT_EQ(f.model->snapshot()->historicGPU.newest, (Values{0, 0.37}));
 }
 

@@ -267,7 +267,13 @@ TEST_F(SGSystemGPUInfoTest, ReadsUtilisationFromARealToo) {
 
 TEST_F(SGSystemGPUInfoTest, HasNoUtilisationWhenTheStatisticsDoNotTell) {
   EXPECT_EQ(readOnly(with(gpu("Apple M2", 1), kStatistics, PropertyList(PropertyListDictionary()))),
-            (GPUInfoRecord{"Apple M2", 0.0}));
+            (GPUInfoRecord{"Apple M2", 0.0, false}));
+}
+
+TEST_F(SGSystemGPUInfoTest, TellsThatTheUtilisationIsNoNumber) {
+  const auto record = readOnly(
+      with(gpu("Apple M2", 1), kStatistics, statisticsOf(PropertyList(std::string("37")))));
+  EXPECT_EQ(record, (GPUInfoRecord{"Apple M2", 0.0, false}));
 }
 
 TEST_F(SGSystemGPUInfoTest, HasNoUtilisationWhenItIsNoNumber) {

@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 The Pallimo authors
+
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace pallimo::app {
+
+/// Takes out of texts what would tell whose machine they come from, so that a report may be shown
+/// to strangers. It knows the user's names by heart and the rest by its form. Constant; any thread.
+///
+/// Hidden are, upper and lower case (of ASCII) alike:
+/// - the words it was made with, wherever they stand; those of three letters or less only where
+///   they stand alone, and single letters nowhere. A word that is put together from Apple's product
+///   names ("iMac", "Mac-mini", "max") is none: as a host's name it tells nothing, and the report
+///   needs them.
+/// - a path into somebody's home, up to the text's end: it may hold spaces.
+/// - what has the form of a serial number (ten letters and digits and more, upper case, some of
+///   both), of a UUID, of a network card's address or of an e-mail address.
+class PrivateTexts {
+ public:
+  static constexpr std::string_view kHidden = "(hidden)";
+  static constexpr std::size_t kLongestShown = 60;
+
+  explicit PrivateTexts(const std::vector<std::string>& words);
+
+  /// The text without them, as one line of ASCII: any other character is a question mark, and what
+  /// is too long is cut off with "...".
+  std::string shown(std::string_view text) const;
+
+ private:
+  std::vector<std::string> words_;  // lower case
+};
+
+}  // namespace pallimo::app

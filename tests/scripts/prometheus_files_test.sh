@@ -1,0 +1,12 @@
+#!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
+# SPDX-FileCopyrightText: 2026 The Pallimo authors
+#
+# prometheus_files_test.sh ROOT: Prometheus's own tool on the configuration and the rules that ship.
+# Status 77 where the tool is not installed.
+set -euo pipefail
+cd "$1/packaging/prometheus"
+command -v promtool >/dev/null || exit 77
+promtool check config prometheus.yml
+promtool check rules --lint=all --lint-fatal pallimo.rules.yml
+promtool test rules pallimo.rules.test.yml
