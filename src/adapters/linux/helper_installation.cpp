@@ -14,6 +14,7 @@
 #include <cstring>
 #include <utility>
 
+#include "adapters/common/descriptor.h"
 #include "adapters/linux/listening_helper.h"
 #include "helper_link/protocol/xpc_protocol.h"
 
@@ -25,23 +26,6 @@ constexpr mode_t kFolderMode = 0700;
 constexpr mode_t kHelperMode = 0755;
 
 using Complaint = std::optional<std::string>;
-
-/// Owns a file descriptor.
-class Descriptor {
- public:
-  explicit Descriptor(int number) : number_(number) {}
-  ~Descriptor() {
-    if (number_ >= 0) ::close(number_);
-  }
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-
-  bool isOpen() const { return number_ >= 0; }
-  int get() const { return number_; }
-
- private:
-  const int number_;
-};
 
 /// One installation at a time: as long as it is held, what lies under the temporary name is ours.
 class FolderLock {
@@ -106,9 +90,10 @@ bool haveSameBytes(int one, int other) {
 
 /// The installed file is a plain one with the right mode and the same bytes as `built`.
 bool isInstalled(int built, int folder, const std::string& name) {
-  const Descriptor installed(::openat(folder, name.c_str(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC));
+  const common::Descriptor installed(
+      ::openat(folder, name.c_str(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC));
   struct stat status = {};
-  if (!installed.isOpen() || ::fstat(installed.get(), &status) != 0) return false;
+  if (!installed || ::fstat(installed.get(), &status) != 0) return false;
   if (!S_ISREG(status.st_mode) || (status.st_mode & 07777) != kHelperMode) return false;
   struct stat builtStatus = {};
   if (::fstat(built, &builtStatus) != 0 || builtStatus.st_size != status.st_size) return false;
@@ -133,9 +118,9 @@ bool replace(int built, int folder, const std::string& name) {
   const std::string temporary = temporaryName(name);
   bool isWritten = false;
   {
-    const Descriptor copy(::openat(folder, temporary.c_str(),
-                                   O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600));
-    if (!copy.isOpen()) return false;
+    const common::Descriptor copy(::openat(
+        folder, temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600));
+    if (!copy) return false;
     isWritten = copyBytes(built, copy.get()) && ::fchmod(copy.get(), kHelperMode) == 0 &&
                 ::fsync(copy.get()) == 0;
   }
@@ -169,14 +154,14 @@ Complaint HelperInstallation::install() const {
   const std::string target = folder_.installedHelper();
   const std::string folderPath = folderOf(target);
   const std::string name = nameOf(target);
-  const Descriptor built(::open(builtHelper_.c_str(), O_RDONLY | O_CLOEXEC));
-  if (!built.isOpen()) return because("can't read the helper that was built", builtHelper_);
+  const common::Descriptor built(::open(builtHelper_.c_str(), O_RDONLY | O_CLOEXEC));
+  if (!built) return because("can't read the helper that was built", builtHelper_);
   if (::mkdir(folderPath.c_str(), kFolderMode) != 0 && errno != EEXIST) {
     return because("can't make the helper's folder", folderPath);
   }
-  const Descriptor folder(
+  const common::Descriptor folder(
       ::open(folderPath.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
-  if (!folder.isOpen()) return because("can't open the helper's folder", folderPath);
+  if (!folder) return because("can't open the helper's folder", folderPath);
   if (const Complaint complaint = closeFolder(folder.get(), folderPath)) return complaint;
   const FolderLock lock(folder.get());
   if (!lock.isHeld()) return because("can't lock the helper's folder", folderPath);
