@@ -33,19 +33,20 @@ function(pallimo_app_program target url folder)
                                           pallimo_src_ui_widgets)
   target_compile_definitions(${target} PRIVATE PALLIMO_VERSION="${PROJECT_VERSION}"
                                                PALLIMO_ANALYTICS_URL="${url}")
-  configure_file("${PROJECT_SOURCE_DIR}/cmake/AppInfo.plist.in" "${folder}/Contents/Info.plist"
-                 @ONLY)
+  configure_file("${PALLIMO_PACKAGING}/AppInfo.plist" "${folder}/Contents/Info.plist" COPYONLY)
 endfunction()
 
-if(NOT APPLE)
+if(APPLE)
+  include(MacPrograms)
+else()
   # Never installed: it stands where the operating system's own tool stands on a Mac.
   add_executable(powermetrics tools/powermetrics/main.cpp)
   target_link_libraries(powermetrics PRIVATE pallimo_tools_powermetrics)
 
   pallimo_helper_program(com.ostrovane.powermetrics "${PROJECT_VERSION}" "${PALLIMO_HELPER_FOLDER}")
   # A Mac's helper carries its info dictionary within itself.
-  configure_file("${PROJECT_SOURCE_DIR}/cmake/HelperInfo.plist.in"
-                 "${PALLIMO_HELPER_FOLDER}/com.ostrovane.powermetrics.plist" @ONLY)
+  configure_file("${PALLIMO_PACKAGING}/HelperInfo.plist"
+                 "${PALLIMO_HELPER_FOLDER}/com.ostrovane.powermetrics.plist" COPYONLY)
 endif()
 
 if(PALLIMO_QT)
@@ -58,5 +59,7 @@ if(PALLIMO_QT)
   if(NOT APPLE)
     pallimo_app_program(pallimo "${PALLIMO_ANALYTICS_URL}" "${CMAKE_RUNTIME_OUTPUT_DIRECTORY}")
     add_dependencies(pallimo com.ostrovane.powermetrics powermetrics)
+  else()
+    pallimo_app_bundle()
   endif()
 endif()

@@ -8,7 +8,7 @@ build_packages_debian="g++ cmake ninja-build pkg-config qt6-base-dev libplist-de
   nlohmann-json3-dev prometheus-cpp-dev"
 test_packages_debian="dbus-daemon libgtest-dev libvalijson-dev locales prometheus"
 check_packages_debian="git clang-16 libc++-16-dev libc++abi-16-dev libclang-rt-16-dev lld-16 llvm-16
-  clang-format-16 clang-tidy-16 googletest libbenchmark-dev"
+  musl-dev clang-format-16 clang-tidy-16 googletest libbenchmark-dev"
 
 build_packages_brew="cmake ninja pkg-config qt libplist nlohmann-json prometheus-cpp"
 test_packages_brew="googletest prometheus valijson"

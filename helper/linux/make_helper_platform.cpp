@@ -18,13 +18,13 @@
 #include <string_view>
 #include <utility>
 
+#include "adapters/common/descriptor.h"
+#include "adapters/common/poll_loop.h"
+#include "adapters/common/posix_child_processes.h"
+#include "adapters/common/syslog_log.h"
 #include "adapters/linux/dbus_helper_listener.h"
 #include "adapters/linux/installed_helper_files.h"
-#include "adapters/linux/poll_loop.h"
-#include "adapters/linux/posix_child_processes.h"
-#include "adapters/linux/posix_process.h"
 #include "adapters/linux/state_folder.h"
-#include "adapters/linux/syslog_log.h"
 #include "adapters/simulated/faulty_helper_listener.h"
 #include "adapters/simulated/simulation_file.h"
 #include "helper_link/protocol/xpc_protocol.h"
@@ -33,9 +33,9 @@ namespace pallimo::helper {
 
 namespace {
 
-using adapters::linux::Descriptor;
+using adapters::common::Descriptor;
+using adapters::common::SyslogLog;
 using adapters::linux::StateFolder;
-using adapters::linux::SyslogLog;
 
 /// The path that this program was started from.
 std::optional<std::string> ownPath() {
@@ -126,12 +126,12 @@ class LinuxHelperPlatform final : public HelperPlatform {
   const StateFolder folder_;
   Descriptor ready_;
   const Descriptor endingSignals_;
-  adapters::linux::PollLoop loop_;
+  adapters::common::PollLoop loop_;
   SyslogLog log_;
-  adapters::linux::PosixChildProcesses children_;
+  adapters::common::PosixChildProcesses children_;
   adapters::linux::InstalledHelperFiles files_;
   const adapters::simulated::Faults faults_;
-  std::unique_ptr<adapters::linux::PollLoop::Watch> endingWatch_;
+  std::unique_ptr<adapters::common::PollLoop::Watch> endingWatch_;
 };
 
 }  // namespace

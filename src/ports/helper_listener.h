@@ -17,7 +17,7 @@ class HelperPeer : public helper_link::protocol::ClientProtocol {
   virtual void close() = 0;
 };
 
-/// The helper's end of the link: lets clients of its own user in and nobody else. Everything is
+/// The helper's end of the link: lets in who may talk to the helper, and nobody else. Everything is
 /// called on the helper's one thread.
 class HelperListener {
  public:

@@ -21,7 +21,7 @@ bool mayUseQt(const SourceFile& file) {
   return startsWith(file.path, "src/adapters/qt/") ||
          startsWith(file.path, "src/adapters/macos/") || startsWith(file.path, "src/ui/widgets/") ||
          startsWith(file.path, "src/app/window/") || startsWith(file.path, "src/app/linux/") ||
-         file.path == "src/app/main.cpp";
+         startsWith(file.path, "src/app/macos/") || file.path == "src/app/main.cpp";
 }
 
 bool isConditional(const std::string& line) {

@@ -25,9 +25,9 @@
 #include <string>
 #include <vector>
 
+#include "adapters/common/posix_process.h"
 #include "adapters/linux/dbus_helper_connection.h"
 #include "adapters/linux/helper_launcher.h"
-#include "adapters/linux/posix_process.h"
 #include "adapters/linux/state_folder.h"
 #include "adapters/simulated/simulation_file.h"
 #include "base/serial_thread.h"
@@ -36,7 +36,7 @@
 namespace pallimo::end_to_end {
 
 namespace fs = std::filesystem;
-using adapters::linux::Descriptor;
+using adapters::common::Descriptor;
 using adapters::linux::StateFolder;
 
 inline constexpr double kHour = 3'600'000;  // milliseconds

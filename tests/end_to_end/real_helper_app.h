@@ -14,10 +14,10 @@
 #include <variant>
 #include <vector>
 
+#include "adapters/common/poll_loop.h"
 #include "adapters/libplist/libplist_reader.h"
 #include "adapters/linux/built_bundle.h"
 #include "adapters/linux/helper_installation.h"
-#include "adapters/linux/poll_loop.h"
 #include "adapters/linux/user_authorization.h"
 #include "adapters/simulated/simulated_machine.h"
 #include "adapters/simulated/simulated_sensors.h"
@@ -185,7 +185,7 @@ class RealHelperApp : public LinkTest {
   std::string bundleFolder = PALLIMO_BIN_DIR;
 
  private:
-  adapters::linux::PollLoop loop_;
+  adapters::common::PollLoop loop_;
   FasterQueue queue_{loop_, kSpeed};
   base::NotificationCentre notifications_;
   fakes::MemoryUserDefaults defaults_;

@@ -5,6 +5,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <stdexcept>
@@ -42,21 +43,36 @@ class RecordedMac {
   /// A result without bytes gives no row.
   static constexpr const char* kNoRow = "-";
 
+  /// What the program reads of the machine beside the helper's documents.
+  struct Sensors {
+    const ports::SystemControls& systemControls;
+    ports::SmcDevice& smcDevice;
+    ports::HidSensors& hidSensors;
+    ports::AcceleratorRegistry& accelerators;
+    ports::ProcessorTicks& processorTicks;
+  };
+  /// Puts others in their place.
+  using Exchange = std::function<Sensors(Sensors)>;
+
   /// Starts the program. `samplingResolution` is the stored period in ms. Throws when there is no
   /// such recording.
-  explicit RecordedMac(const std::string& folder,
-                       std::optional<double> samplingResolution = std::nullopt)
-      : RecordedMac(recordingIn(folder), samplingResolution) {}
+  explicit RecordedMac(
+      const std::string& folder, std::optional<double> samplingResolution = std::nullopt,
+      const Exchange& exchange = [](Sensors own) { return own; })
+      : RecordedMac(recordingIn(folder), samplingResolution, exchange) {}
   /// The same with whatever machine the simulation names, a built-in one for example.
-  explicit RecordedMac(const adapters::simulated::Simulation& simulation,
-                       std::optional<double> samplingResolution = std::nullopt)
+  explicit RecordedMac(
+      const adapters::simulated::Simulation& simulation,
+      std::optional<double> samplingResolution = std::nullopt,
+      const Exchange& exchange = [](Sensors own) { return own; })
       : machine_(load(simulation)),
         controls_(machine_.systemControls()),
         sensors_(machine_.sensors(clock_)),
         followed_(sensors_->follow(helperConnector_)) {
     bundle_.embedHelper("1.0");
     if (samplingResolution) defaults_.setDouble("samplingResolution", *samplingResolution);
-    general_.emplace(platform());
+    general_.emplace(platform(exchange({*controls_, sensors_->smcDevice(), sensors_->hidSensors(),
+                                        sensors_->accelerators(), sensors_->processorTicks()})));
     general_->sampleRows()->addReceiver(
         [this](const logging::LogRow& row) { rows_.push_back(figuresOf(row)); });
     general_->xpcmanager()->checkHelperAtStart({});
@@ -143,17 +159,17 @@ class RecordedMac {
     return line.substr(line.find(", ", afterClock + 2) + 2);
   }
 
-  app::Platform platform() {
+  app::Platform platform(const Sensors& sensors) {
     return {.mainQueue = queue_,
             .backgroundQueue = backgroundQueue_,
             .notifications = notifications_,
             .defaults = defaults_,
             .propertyLists = propertyLists_,
-            .systemControls = *controls_,
-            .smcDevice = sensors_->smcDevice(),
-            .hidSensors = sensors_->hidSensors(),
-            .accelerators = sensors_->accelerators(),
-            .processorTicks = sensors_->processorTicks(),
+            .systemControls = sensors.systemControls,
+            .smcDevice = sensors.smcDevice,
+            .hidSensors = sensors.hidSensors,
+            .accelerators = sensors.accelerators,
+            .processorTicks = sensors.processorTicks,
             .programLauncher = sensors_->programLauncher(),
             .helperConnector = *followed_,
             .authorizationServices = authorization_,

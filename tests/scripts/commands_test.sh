@@ -72,6 +72,15 @@ expect "with --headless the options pass unchanged" "pallimo --headless --format
 expect "and nothing is said" "" "$err"
 
 set_up
+fake uname 'echo Darwin'
+mkdir -p "$root/build/release/bin/pallimo.app/Contents/MacOS"
+printf '#!/bin/bash\necho "bundled $*"\n' >"$root/build/release/bin/pallimo.app/Contents/MacOS/pallimo"
+chmod +x "$root/build/release/bin/pallimo.app/Contents/MacOS/pallimo"
+run_it --samples 3
+expect "on a Mac the app of the bundle runs, with a window" "bundled --samples 3" "$out"
+expect "and nothing is said of displays" "" "$err"
+
+set_up
 run_it --version
 expect "an answer needs no display" "pallimo --version" "$out"
 

@@ -11,7 +11,7 @@
 #include <cstddef>
 #include <utility>
 
-#include "adapters/linux/posix_process.h"
+#include "adapters/common/descriptor.h"
 #include "base/bytes.h"
 
 namespace pallimo::adapters::linux {
@@ -22,7 +22,7 @@ constexpr std::size_t kLongestList = 65536;
 
 std::optional<base::Bytes> readList(const std::string& path) {
   // Without blocking, should a pipe have been put in its place.
-  const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+  const common::Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
   struct stat status = {};
   if (!file || ::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode)) return std::nullopt;
   base::Bytes bytes(kLongestList + 1);

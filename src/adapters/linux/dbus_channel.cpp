@@ -9,7 +9,8 @@
 
 namespace pallimo::adapters::linux {
 
-std::shared_ptr<DBusChannel> DBusChannel::attach(PollLoop& loop, DBusConnectionPtr connection,
+std::shared_ptr<DBusChannel> DBusChannel::attach(common::PollLoop& loop,
+                                                 DBusConnectionPtr connection,
                                                  std::weak_ptr<Owner> owner) {
   std::shared_ptr<DBusChannel> channel(
       new DBusChannel(loop, std::move(connection), std::move(owner)));
@@ -17,7 +18,8 @@ std::shared_ptr<DBusChannel> DBusChannel::attach(PollLoop& loop, DBusConnectionP
   return channel;
 }
 
-DBusChannel::DBusChannel(PollLoop& loop, DBusConnectionPtr connection, std::weak_ptr<Owner> owner)
+DBusChannel::DBusChannel(common::PollLoop& loop, DBusConnectionPtr connection,
+                         std::weak_ptr<Owner> owner)
     : loop_(loop), owner_(std::move(owner)), connection_(std::move(connection)) {}
 
 DBusChannel::~DBusChannel() { release(); }

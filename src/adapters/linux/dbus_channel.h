@@ -10,9 +10,9 @@
 #include <memory>
 #include <optional>
 
+#include "adapters/common/poll_loop.h"
 #include "adapters/linux/dbus_messages.h"
 #include "adapters/linux/dbus_watches.h"
-#include "adapters/linux/poll_loop.h"
 
 namespace pallimo::adapters::linux {
 
@@ -36,7 +36,7 @@ class DBusChannel final : public std::enable_shared_from_this<DBusChannel> {
   };
 
   /// Takes a connection over. Empty when memory is short.
-  static std::shared_ptr<DBusChannel> attach(PollLoop& loop, DBusConnectionPtr connection,
+  static std::shared_ptr<DBusChannel> attach(common::PollLoop& loop, DBusConnectionPtr connection,
                                              std::weak_ptr<Owner> owner);
   /// Ends the connection at once and silently.
   ~DBusChannel();
@@ -64,7 +64,7 @@ class DBusChannel final : public std::enable_shared_from_this<DBusChannel> {
   void abort();
 
  private:
-  DBusChannel(PollLoop& loop, DBusConnectionPtr connection, std::weak_ptr<Owner> owner);
+  DBusChannel(common::PollLoop& loop, DBusConnectionPtr connection, std::weak_ptr<Owner> owner);
   bool start();
   void scheduleProcess();
   void process();
@@ -77,7 +77,7 @@ class DBusChannel final : public std::enable_shared_from_this<DBusChannel> {
   static void dispatchStatusChanged(DBusConnection* connection, DBusDispatchStatus status,
                                     void* self);
 
-  PollLoop& loop_;
+  common::PollLoop& loop_;
   const std::weak_ptr<Owner> owner_;
   DBusConnectionPtr connection_;  // empty once closed
   std::shared_ptr<DBusWatches> watches_;

@@ -78,7 +78,7 @@ class DBusHelperConnection final : public ports::HelperConnection {
   }
 
  private:
-  DBusDelivery& delivery() { return *link_->delivery(); }
+  common::ConnectionDelivery& delivery() { return *link_->delivery(); }
 
   const std::shared_ptr<DBusHelperLink> link_;
 };
@@ -118,7 +118,7 @@ std::shared_ptr<ports::HelperConnection> DBusHelperConnector::connect(
   namespace protocol = helper_link::protocol;
   const bool isHelper = machServiceName == protocol::kMachServiceName &&
                         (options & protocol::kConnectionPrivileged) != 0;
-  auto delivery = std::make_shared<DBusDelivery>(executor_, isSilent_);
+  auto delivery = std::make_shared<common::ConnectionDelivery>(executor_, isSilent_);
   auto link = std::make_shared<DBusHelperLink>(
       DBusHelperLink::Services{linkThread_, isHelper ? address_ : std::string(), launch_, limits_},
       std::move(delivery));

@@ -34,7 +34,8 @@ class Error {
 
 }  // namespace
 
-DBusHelperLink::DBusHelperLink(Services services, std::shared_ptr<DBusDelivery> delivery)
+DBusHelperLink::DBusHelperLink(Services services,
+                               std::shared_ptr<common::ConnectionDelivery> delivery)
     : services_(std::move(services)),
       delivery_(std::move(delivery)),
       pause_(services_.limits.pause) {}

@@ -12,8 +12,8 @@
 #include <memory>
 #include <string>
 
+#include "adapters/common/connection_delivery.h"
 #include "adapters/linux/dbus_channel.h"
-#include "adapters/linux/dbus_delivery.h"
 #include "adapters/linux/helper_launcher.h"
 #include "base/mutex.h"
 
@@ -37,7 +37,8 @@ struct DBusLinkLimits {
 };
 
 /// The part of a connection that lives on the link's thread: opens it, starting the helper if need
-/// be, writes what was sent, reads what comes, and closes it. Hands everything to a DBusDelivery.
+/// be, writes what was sent, reads what comes, and closes it. Hands everything to a
+/// ConnectionDelivery.
 ///
 /// send(), resume() and close() may be called from any thread and never wait.
 class DBusHelperLink final : public DBusChannel::Owner,
@@ -52,9 +53,9 @@ class DBusHelperLink final : public DBusChannel::Owner,
   /// Reads a reply, on the link's thread.
   using ReplyReader = std::function<void(DBusMessage&)>;
 
-  DBusHelperLink(Services services, std::shared_ptr<DBusDelivery> delivery);
+  DBusHelperLink(Services services, std::shared_ptr<common::ConnectionDelivery> delivery);
 
-  const std::shared_ptr<DBusDelivery>& delivery() const { return delivery_; }
+  const std::shared_ptr<common::ConnectionDelivery>& delivery() const { return delivery_; }
 
   void resume();
   /// Sends a message when its turn comes. An error in reply is not read.
@@ -96,7 +97,7 @@ class DBusHelperLink final : public DBusChannel::Owner,
   bool readReply(DBusMessage& message);
 
   const Services services_;
-  const std::shared_ptr<DBusDelivery> delivery_;
+  const std::shared_ptr<common::ConnectionDelivery> delivery_;
 
   // Any thread.
   base::Mutex mutex_;

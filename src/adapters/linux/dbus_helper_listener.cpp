@@ -26,7 +26,7 @@ int millisecondsUntil(SteadyClock::time_point deadline) {
 
 }  // namespace
 
-DBusHelperListener::DBusHelperListener(PollLoop& loop, StateFolder folder,
+DBusHelperListener::DBusHelperListener(common::PollLoop& loop, StateFolder folder,
                                        DBusListenerLimits limits)
     : loop_(loop), folder_(std::move(folder)), limits_(limits) {
   dbus_threads_init_default();

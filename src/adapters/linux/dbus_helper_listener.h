@@ -8,11 +8,11 @@
 #include <optional>
 #include <set>
 
+#include "adapters/common/poll_loop.h"
 #include "adapters/linux/dbus_helper_peer.h"
 #include "adapters/linux/dbus_listener_limits.h"
 #include "adapters/linux/dbus_watches.h"
 #include "adapters/linux/helper_lock.h"
-#include "adapters/linux/poll_loop.h"
 #include "adapters/linux/state_folder.h"
 #include "ports/helper_listener.h"
 
@@ -27,7 +27,7 @@ namespace pallimo::adapters::linux {
 /// either served here or refused by the system; then it gives the lock up.
 class DBusHelperListener final : public ports::HelperListener, private DBusHelperPeer::Owner {
  public:
-  DBusHelperListener(PollLoop& loop, StateFolder folder, DBusListenerLimits limits = {});
+  DBusHelperListener(common::PollLoop& loop, StateFolder folder, DBusListenerLimits limits = {});
   /// Stops, and ends every connection at once and silently.
   ~DBusHelperListener() override;
   DBusHelperListener(const DBusHelperListener&) = delete;
@@ -62,7 +62,7 @@ class DBusHelperListener final : public ports::HelperListener, private DBusHelpe
     void operator()(DBusServer* server) const { dbus_server_unref(server); }
   };
 
-  PollLoop& loop_;
+  common::PollLoop& loop_;
   const StateFolder folder_;
   const DBusListenerLimits limits_;
   Delegate* delegate_ = nullptr;

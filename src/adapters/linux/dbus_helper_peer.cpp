@@ -9,7 +9,8 @@
 
 namespace pallimo::adapters::linux {
 
-std::shared_ptr<DBusHelperPeer> DBusHelperPeer::create(PollLoop& loop, DBusConnectionPtr connection,
+std::shared_ptr<DBusHelperPeer> DBusHelperPeer::create(common::PollLoop& loop,
+                                                       DBusConnectionPtr connection,
                                                        const DBusListenerLimits& limits,
                                                        Owner& owner) {
   std::shared_ptr<DBusHelperPeer> peer(new DBusHelperPeer(limits, owner));

@@ -29,7 +29,8 @@ class DBusHelperPeer final : public ports::HelperPeer,
   };
 
   /// Takes a connection over; empty when memory is short.
-  static std::shared_ptr<DBusHelperPeer> create(PollLoop& loop, DBusConnectionPtr connection,
+  static std::shared_ptr<DBusHelperPeer> create(common::PollLoop& loop,
+                                                DBusConnectionPtr connection,
                                                 const DBusListenerLimits& limits, Owner& owner);
 
   bool isOpen() const { return channel_ && channel_->isOpen(); }

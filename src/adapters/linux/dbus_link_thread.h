@@ -8,7 +8,7 @@
 #include <memory>
 #include <set>
 
-#include "adapters/linux/poll_loop.h"
+#include "adapters/common/poll_loop.h"
 #include "base/mutex.h"
 
 namespace pallimo::adapters::linux {
@@ -19,7 +19,7 @@ class DBusHelperLink;
 /// it weakly: whoever tells it to end need not outlive them.
 class DBusLinkThread {
  public:
-  PollLoop& loop() { return loop_; }
+  common::PollLoop& loop() { return loop_; }
 
   // The loop's thread.
   void add(std::shared_ptr<DBusHelperLink> link);
@@ -36,7 +36,7 @@ class DBusLinkThread {
  private:
   void closeAll();
 
-  PollLoop loop_;
+  common::PollLoop loop_;
   std::set<std::shared_ptr<DBusHelperLink>> links_;  // the loop's thread
   bool isEnding_ = false;                            // the loop's thread
   base::Mutex mutex_;

@@ -29,7 +29,7 @@ unsigned watchFlags(short events) {
 
 }  // namespace
 
-DBusWatches::DBusWatches(PollLoop& loop, std::function<void()> didHandle)
+DBusWatches::DBusWatches(common::PollLoop& loop, std::function<void()> didHandle)
     : loop_(loop), didHandle_(std::move(didHandle)) {}
 
 DBusWatches::~DBusWatches() = default;

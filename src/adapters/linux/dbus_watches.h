@@ -10,7 +10,7 @@
 #include <map>
 #include <memory>
 
-#include "adapters/linux/poll_loop.h"
+#include "adapters/common/poll_loop.h"
 
 namespace pallimo::adapters::linux {
 
@@ -22,7 +22,7 @@ namespace pallimo::adapters::linux {
 class DBusWatches : public std::enable_shared_from_this<DBusWatches> {
  public:
   /// `didHandle` is called after libdbus has read or written.
-  DBusWatches(PollLoop& loop, std::function<void()> didHandle);
+  DBusWatches(common::PollLoop& loop, std::function<void()> didHandle);
   ~DBusWatches();
   DBusWatches(const DBusWatches&) = delete;
   DBusWatches& operator=(const DBusWatches&) = delete;
@@ -48,9 +48,9 @@ class DBusWatches : public std::enable_shared_from_this<DBusWatches> {
   void update(DBusWatch* watch);
   void handle(DBusWatch* watch, short events);
 
-  PollLoop& loop_;
+  common::PollLoop& loop_;
   const std::function<void()> didHandle_;
-  std::map<DBusWatch*, std::unique_ptr<PollLoop::Watch>> watches_;  // null: not enabled
+  std::map<DBusWatch*, std::unique_ptr<common::PollLoop::Watch>> watches_;  // null: not enabled
   bool isHandling_ = false;
 };
 

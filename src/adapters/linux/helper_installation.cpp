@@ -14,7 +14,7 @@
 #include <cstring>
 #include <utility>
 
-#include "adapters/linux/descriptor.h"
+#include "adapters/common/descriptor.h"
 #include "adapters/linux/listening_helper.h"
 #include "helper_link/protocol/xpc_protocol.h"
 
@@ -90,7 +90,8 @@ bool haveSameBytes(int one, int other) {
 
 /// The installed file is a plain one with the right mode and the same bytes as `built`.
 bool isInstalled(int built, int folder, const std::string& name) {
-  const Descriptor installed(::openat(folder, name.c_str(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC));
+  const common::Descriptor installed(
+      ::openat(folder, name.c_str(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC));
   struct stat status = {};
   if (!installed || ::fstat(installed.get(), &status) != 0) return false;
   if (!S_ISREG(status.st_mode) || (status.st_mode & 07777) != kHelperMode) return false;
@@ -117,8 +118,8 @@ bool replace(int built, int folder, const std::string& name) {
   const std::string temporary = temporaryName(name);
   bool isWritten = false;
   {
-    const Descriptor copy(::openat(folder, temporary.c_str(),
-                                   O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600));
+    const common::Descriptor copy(::openat(
+        folder, temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600));
     if (!copy) return false;
     isWritten = copyBytes(built, copy.get()) && ::fchmod(copy.get(), kHelperMode) == 0 &&
                 ::fsync(copy.get()) == 0;
@@ -153,12 +154,12 @@ Complaint HelperInstallation::install() const {
   const std::string target = folder_.installedHelper();
   const std::string folderPath = folderOf(target);
   const std::string name = nameOf(target);
-  const Descriptor built(::open(builtHelper_.c_str(), O_RDONLY | O_CLOEXEC));
+  const common::Descriptor built(::open(builtHelper_.c_str(), O_RDONLY | O_CLOEXEC));
   if (!built) return because("can't read the helper that was built", builtHelper_);
   if (::mkdir(folderPath.c_str(), kFolderMode) != 0 && errno != EEXIST) {
     return because("can't make the helper's folder", folderPath);
   }
-  const Descriptor folder(
+  const common::Descriptor folder(
       ::open(folderPath.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
   if (!folder) return because("can't open the helper's folder", folderPath);
   if (const Complaint complaint = closeFolder(folder.get(), folderPath)) return complaint;

@@ -13,7 +13,7 @@
 #include <cerrno>
 #include <cstdint>
 
-#include "adapters/linux/posix_process.h"
+#include "adapters/common/descriptor.h"
 
 namespace pallimo::adapters::linux {
 
@@ -48,14 +48,14 @@ bool waitForEnd(int process, SteadyClock::time_point deadline) {
 }  // namespace
 
 bool endListeningHelper(const std::string& lockPath, std::chrono::milliseconds limit) {
-  const Descriptor lock(open(lockPath.c_str(), O_RDWR | O_CLOEXEC | O_NOFOLLOW));
+  const common::Descriptor lock(open(lockPath.c_str(), O_RDWR | O_CLOEXEC | O_NOFOLLOW));
   if (!lock) return errno == ENOENT;
   const auto deadline = SteadyClock::now() + limit;
   for (;;) {
     const pid_t holder = holderOf(lock.get());
     if (holder == kNobody) return true;
     if (holder == kUnknown) return false;
-    const Descriptor process(static_cast<int>(syscall(SYS_pidfd_open, holder, 0)));
+    const common::Descriptor process(static_cast<int>(syscall(SYS_pidfd_open, holder, 0)));
     if (!process && errno != ESRCH) return false;
     // The number may have passed to somebody else before we had the descriptor. If its process
     // holds the lock afterwards, it is the one: as long as it lives, its number is its own.

@@ -12,8 +12,8 @@
 #include <string>
 #include <vector>
 
+#include "adapters/common/poll_loop.h"
 #include "adapters/linux/dbus_messages.h"
-#include "adapters/linux/poll_loop.h"
 #include "adapters/linux/session_bus.h"
 #include "base/mutex.h"
 #include "ports/console.h"
@@ -68,7 +68,7 @@ class NoticeThread {
   ports::Console& console_;
   const std::vector<std::string> busAddresses_;
   const NoticeLimits limits_;
-  PollLoop loop_;
+  common::PollLoop loop_;
 
   // The thread's own.
   std::shared_ptr<SessionBus> bus_;

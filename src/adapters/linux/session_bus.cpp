@@ -16,7 +16,7 @@ constexpr long kLongestMessage = 1L << 20;
 
 }  // namespace
 
-SessionBus::SessionBus(PollLoop& loop, Open open, std::chrono::milliseconds limit)
+SessionBus::SessionBus(common::PollLoop& loop, Open open, std::chrono::milliseconds limit)
     : loop_(loop), open_(std::move(open)), limit_(limit) {}
 
 void SessionBus::call(DBusMessagePtr message, Done done) {

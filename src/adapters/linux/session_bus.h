@@ -12,9 +12,9 @@
 #include <string>
 #include <vector>
 
+#include "adapters/common/poll_loop.h"
 #include "adapters/linux/dbus_channel.h"
 #include "adapters/linux/dbus_messages.h"
-#include "adapters/linux/poll_loop.h"
 
 namespace pallimo::adapters::linux {
 
@@ -32,7 +32,7 @@ class SessionBus final : public DBusChannel::Owner,
   using Done = std::function<void(DBusMessage* reply)>;
 
   /// Nobody is waited for longer than `limit` for a call. The loop outlives the bus.
-  SessionBus(PollLoop& loop, Open open, std::chrono::milliseconds limit);
+  SessionBus(common::PollLoop& loop, Open open, std::chrono::milliseconds limit);
 
   /// Sends the call. `done` is called exactly once unless the bus is destroyed before, perhaps from
   /// within this call.
@@ -58,7 +58,7 @@ class SessionBus final : public DBusChannel::Owner,
   bool finish(dbus_uint32_t serial, DBusMessage* reply);
   void giveUp(std::uint64_t number);
 
-  PollLoop& loop_;
+  common::PollLoop& loop_;
   const Open open_;
   const std::chrono::milliseconds limit_;
   std::shared_ptr<DBusChannel> channel_;  // empty while there is no connection

@@ -30,6 +30,14 @@ QtUserDefaults::QtUserDefaults(const std::string& file)
   load();
 }
 
+QtUserDefaults::QtUserDefaults(const std::string& organisation, const std::string& application)
+    : settings_(QSettings::NativeFormat, QSettings::UserScope, toQt(organisation),
+                toQt(application)) {
+  // Else every program's settings would seem to be ours.
+  settings_.setFallbacksEnabled(false);
+  load();
+}
+
 QtUserDefaults::~QtUserDefaults() { store(); }
 
 void QtUserDefaults::load() {

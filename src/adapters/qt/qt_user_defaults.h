@@ -14,13 +14,16 @@
 
 namespace pallimo::adapters::qt {
 
-/// The user's settings in a file (INI). Made and destroyed on the main thread.
+/// The user's settings in a file (INI), or in the system's own store. Made and destroyed on the
+/// main thread.
 ///
-/// The file is read once, when this is made. A change is seen by every reader at once, is written
+/// They are read once, when this is made. A change is seen by every reader at once, is written
 /// from the main thread soon after, and at the latest when this is destroyed.
 class QtUserDefaults final : public ports::UserDefaults {
  public:
   explicit QtUserDefaults(const std::string& file);
+  /// The store's domain is the organisation's, reversed, and the application ("com.maker.app").
+  QtUserDefaults(const std::string& organisation, const std::string& application);
   ~QtUserDefaults() override;
 
   bool contains(std::string_view key) const override;

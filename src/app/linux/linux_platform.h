@@ -6,6 +6,9 @@
 #include <memory>
 #include <string>
 
+#include "adapters/common/stream_console.h"
+#include "adapters/common/syslog_log.h"
+#include "adapters/common/system_random.h"
 #include "adapters/libplist/libplist_reader.h"
 #include "adapters/linux/built_bundle.h"
 #include "adapters/linux/dbus_helper_connection.h"
@@ -13,9 +16,6 @@
 #include "adapters/linux/helper_installation.h"
 #include "adapters/linux/no_software_updater.h"
 #include "adapters/linux/state_folder.h"
-#include "adapters/linux/stream_console.h"
-#include "adapters/linux/syslog_log.h"
-#include "adapters/linux/system_random.h"
 #include "adapters/linux/user_authorization.h"
 #include "adapters/prometheus/prometheus_metrics_server.h"
 #include "adapters/qt/qt_background_queue.h"
@@ -65,7 +65,7 @@ class LinuxPlatform final : public PlatformOwner {
  private:
   const std::unique_ptr<ports::SystemControls> systemControls_;
   adapters::qt::QtMainQueue mainQueue_;
-  adapters::linux::StreamConsole console_;
+  adapters::common::StreamConsole console_;
   adapters::qt::QtFileStore files_;
   // What its tasks use stands above it: they write files, and queue others on the main queue.
   adapters::qt::QtBackgroundQueue backgroundQueue_;
@@ -75,14 +75,14 @@ class LinuxPlatform final : public PlatformOwner {
   const std::unique_ptr<adapters::simulated::SimulatedSensors> sensors_;
   const adapters::libplist::LibplistReader propertyLists_;
   adapters::linux::DesktopNotifications notices_;
-  adapters::linux::SystemRandom random_;
+  adapters::common::SystemRandom random_;
   adapters::linux::NoSoftwareUpdater updater_;
   const std::unique_ptr<ports::HttpClient> analyticsClient_;
   const adapters::qt::QtScreens screens_;
   const adapters::qt::QtProcessInformation processInformation_;
   adapters::qt::QtUrlOpener urlOpener_;
   adapters::prometheus::PrometheusMetricsServer metricsServer_;
-  adapters::linux::SyslogLog systemLog_;
+  adapters::common::SyslogLog systemLog_;
   adapters::linux::BuiltBundle bundle_;
   adapters::linux::UserAuthorization authorization_;
   adapters::simulated::FaultyAuthorizationServices faultyAuthorization_;

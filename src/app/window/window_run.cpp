@@ -8,6 +8,7 @@
 #include <string>
 #include <utility>
 
+#include "app/window/system_chrome.h"
 #include "app/window_content.h"
 #include "base/notification_centre.h"
 #include "ui/readout.h"
@@ -51,15 +52,14 @@ ui::widgets::MainWindow::Services WindowRun::windowServices() {
                           platform_.defaults.setText(kPlaceKey, text);
                         }},
           .random = platform_.randomNumbers,
-          .chrome = ui::widgets::framelessChrome()};
+          .chrome = systemChrome()};
 }
 
 ui::widgets::SettingsWindow::Services WindowRun::settingsServices() const {
   ui::widgets::LogFolderServices folders;
   folders.modelFolder = [this] { return general_.logfileModel()->folderUseForSaving(); };
   folders.desktopFolder = [this] { return platform_.files.desktopFolder(); };
-  return {platform_.defaults, platform_.mainQueue, std::move(folders),
-          ui::widgets::framelessChrome()};
+  return {platform_.defaults, platform_.mainQueue, std::move(folders), systemChrome()};
 }
 
 ui::MainWindowActions WindowRun::actions() {

@@ -151,7 +151,7 @@ class MortalHelpers {
 
  private:
   struct Helper {
-    Helper(PollLoop& loop, const StateFolder& folder) : listener(loop, folder) {}
+    Helper(common::PollLoop& loop, const StateFolder& folder) : listener(loop, folder) {}
     void lastClientWent() {
       listener.stop();
       isDead = !delegate.hasPeers();

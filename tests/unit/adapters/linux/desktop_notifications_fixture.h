@@ -23,8 +23,8 @@
 #include <variant>
 #include <vector>
 
+#include "adapters/common/posix_process.h"
 #include "adapters/linux/dbus_messages.h"
-#include "adapters/linux/posix_process.h"
 #include "ports/console.h"
 #include "unit/adapters/linux/link_fixture.h"
 
@@ -65,16 +65,17 @@ class TestBus {
            "<allow send_destination=\"*\" eavesdrop=\"true\"/><allow eavesdrop=\"true\"/>"
            "<allow own=\"*\"/></policy>"
         << configuration_ << "</busconfig>\n";
-    auto started = PosixProcess::start({*program,
-                                        {"--config-file=" + folder_ + "/bus.conf", "--nofork",
-                                         "--nopidfile", "--print-address=1", "--print-pid=1"},
-                                        {},
-                                        0,
-                                        {}});
+    auto started =
+        common::PosixProcess::start({*program,
+                                     {"--config-file=" + folder_ + "/bus.conf", "--nofork",
+                                      "--nopidfile", "--print-address=1", "--print-pid=1"},
+                                     {},
+                                     0,
+                                     {}});
     if (const auto* error = std::get_if<int>(&started)) {
       return testing::AssertionFailure() << *program << ": error " << *error;
     }
-    auto& running = std::get<PosixProcess::Started>(started);
+    auto& running = std::get<common::PosixProcess::Started>(started);
     process_.emplace(std::move(running.process));
     std::istringstream printed(readLines(running.output.get(), 2));
     std::string printedAddress;
@@ -125,7 +126,7 @@ class TestBus {
 
   const std::string folder_;
   std::string configuration_;
-  std::optional<PosixProcess> process_;
+  std::optional<common::PosixProcess> process_;
   pid_t pid_ = 0;
 };
 

@@ -18,9 +18,9 @@
 #include <utility>
 #include <vector>
 
+#include "adapters/common/poll_loop.h"
 #include "adapters/linux/dbus_helper_connection.h"
 #include "adapters/linux/dbus_helper_listener.h"
-#include "adapters/linux/poll_loop.h"
 #include "adapters/linux/state_folder.h"
 #include "base/mutex.h"
 #include "base/serial_thread.h"
@@ -170,7 +170,7 @@ class LoopThread {
   LoopThread(const LoopThread&) = delete;
   LoopThread& operator=(const LoopThread&) = delete;
 
-  PollLoop& loop() { return loop_; }
+  common::PollLoop& loop() { return loop_; }
   /// Runs `task` on the loop and waits for it.
   template <class Task>
   auto call(Task task) {
@@ -181,7 +181,7 @@ class LoopThread {
   }
 
  private:
-  PollLoop loop_;
+  common::PollLoop loop_;
   std::thread thread_;
 };
 

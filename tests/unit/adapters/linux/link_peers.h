@@ -191,7 +191,7 @@ class HelperProcess {
  private:
   [[noreturn]] static void serve(const StateFolder& folder, uid_t user, int ready) {
     if (user != geteuid() && setresuid(user, user, user) != 0) _exit(1);
-    PollLoop loop;
+    common::PollLoop loop;
     EchoDelegate delegate(std::make_shared<EventLog>());
     DBusHelperListener listener(loop, folder);
     if (!listener.start(delegate) || write(ready, "!", 1) != 1) _exit(1);

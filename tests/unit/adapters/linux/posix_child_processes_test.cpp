@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 The Pallimo authors
 
-#include "adapters/linux/posix_child_processes.h"
+#include "adapters/common/posix_child_processes.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -20,7 +20,7 @@
 #include <optional>
 #include <string>
 
-namespace pallimo::adapters::linux {
+namespace pallimo::adapters::common {
 namespace {
 
 using namespace std::chrono_literals;
@@ -355,4 +355,4 @@ TEST_F(PosixChildProcessesWitnessTest, WaitForAProgramThatHasClosedItsOutput) {
 }
 
 }  // namespace
-}  // namespace pallimo::adapters::linux
+}  // namespace pallimo::adapters::common

@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 The Pallimo authors
+
+#pragma once
+
+#include <memory>
+
+#include "ports/software_updater.h"
+
+namespace pallimo::app::macos {
+
+/// The updater of this build: Sparkle, or nothing in a build that has no key for releases. The
+/// build picks one of two definitions.
+std::unique_ptr<ports::SoftwareUpdater> softwareUpdater();
+
+}  // namespace pallimo::app::macos

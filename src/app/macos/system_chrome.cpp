@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 The Pallimo authors
+
+#include "app/window/system_chrome.h"
+
+#include <QWidget>
+
+#include "adapters/macos/objc_adapters.h"
+
+namespace pallimo::app {
+
+ui::widgets::WindowChrome systemChrome() {
+  // The rules hold for all windows that there ever are.
+  [[maybe_unused]] static const bool areRulesKept = (adapters::macos::keepWindowRules(), true);
+  return {Qt::WindowFlags(), [](QWidget& window) {
+            adapters::macos::hideTitleBar(reinterpret_cast<void*>(window.winId()));
+          }};
+}
+
+}  // namespace pallimo::app

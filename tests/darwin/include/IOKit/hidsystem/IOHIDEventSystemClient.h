@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 The Pallimo authors
+
+#pragma once
+
+// See darwin_types.h.
+
+#include "../../CoreFoundation/CoreFoundation.h"
+
+PALLIMO_BEGIN_C
+
+typedef struct __IOHIDEventSystemClient* IOHIDEventSystemClientRef;
+
+CFArrayRef IOHIDEventSystemClientCopyServices(IOHIDEventSystemClientRef client);
+
+PALLIMO_END_C
