@@ -42,6 +42,7 @@ function(pallimo_app_bundle)
     LINK_DEPENDS "${PALLIMO_BUNDLE}/Contents/Library/LaunchServices/${PALLIMO_HELPER_IDENTIFIER}")
   target_include_directories(pallimo PRIVATE "${PALLIMO_PACKAGING}/include")
   target_link_libraries(pallimo PRIVATE pallimo_src_app pallimo_src_adapters_qt
+                                        pallimo_src_adapters_prometheus
                                         pallimo_src_ui_widgets)
   target_compile_definitions(pallimo PRIVATE PALLIMO_VERSION="${PROJECT_VERSION}"
                                              PALLIMO_ANALYTICS_URL="${PALLIMO_ANALYTICS_URL}")
