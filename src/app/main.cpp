@@ -21,6 +21,7 @@
 #include "app/headless_run.h"
 #include "app/make_platform.h"
 #include "app/shared_general_model.h"
+#include "app/window/system_chrome.h"
 #include "app/window/window_run.h"
 
 namespace pallimo::app {
@@ -71,10 +72,9 @@ RunEnd runHeadless(const Platform& platform, const Options& options) {
 RunEnd runWindow(const Platform& platform) {
   const adapters::qt::UnixSignals interruptions([] { QCoreApplication::quit(); });
   GeneralModel& general = SharedGeneralModel::get();
-  WindowRun run(platform, general);
+  WindowRun run(platform, general, systemChrome());
   run.window().show();
   QCoreApplication::exec();
-  general.applicationWillTerminate();
   return {};
 }
 
