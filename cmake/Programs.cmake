@@ -53,6 +53,8 @@ if(PALLIMO_QT)
   find_package(Qt6 6.4 REQUIRED COMPONENTS Core Gui Widgets Network)
   pallimo_folder(src/adapters/qt LINKS Qt6::Core Qt6::Gui Qt6::Network)
   pallimo_folder(src/ui/widgets LINKS Qt6::Widgets)
+  qt_add_resources(icon_sources "${PROJECT_SOURCE_DIR}/packaging/icon/icon.qrc")
+  target_sources(pallimo_src_ui_widgets PRIVATE ${icon_sources})
   # As Qt, it is built against the system's own standard library.
   find_package(prometheus-cpp REQUIRED CONFIG)
   pallimo_folder(src/adapters/prometheus LINKS prometheus-cpp::pull)

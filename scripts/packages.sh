@@ -6,13 +6,16 @@
 
 build_packages_debian="g++ cmake ninja-build pkg-config qt6-base-dev libplist-dev libdbus-1-dev
   nlohmann-json3-dev prometheus-cpp-dev"
-test_packages_debian="dbus-daemon libgtest-dev libvalijson-dev locales prometheus"
+test_packages_debian="dbus-daemon libgtest-dev libvalijson-dev locales prometheus xvfb xdotool"
 check_packages_debian="git clang-16 libc++-16-dev libc++abi-16-dev libclang-rt-16-dev lld-16 llvm-16
   musl-dev clang-format-16 clang-tidy-16 googletest libbenchmark-dev"
+picture_packages_debian="fonts-inter imagemagick librsvg2-bin optipng xdotool xvfb"
+measure_packages_debian="conky-std dbus-daemon fonts-inter gnome-system-monitor openbox xdotool xvfb"
 
 build_packages_brew="cmake ninja pkg-config qt libplist nlohmann-json prometheus-cpp"
 test_packages_brew="googletest prometheus valijson"
 check_packages_brew="llvm@16 clang-format google-benchmark"
+picture_packages_brew="librsvg optipng"
 
 say() { printf '%s\n' "$*" >&2; }
 
@@ -104,7 +107,7 @@ install_brew() {
   done
 }
 
-# install_packages SET...: SET is build, test or check.
+# install_packages SET...: SET is build, test, check, picture or measure.
 install_packages() {
   local set manager packages=""
   if command -v dpkg-query >/dev/null 2>&1; then

@@ -24,6 +24,7 @@
 #include "app/served_metrics.h"
 #include "app/shared_general_model.h"
 #include "app/user_words.h"
+#include "app/window/system_chrome.h"
 #include "app/window/window_run.h"
 
 namespace pallimo::app {
@@ -75,12 +76,12 @@ RunEnd runDiagnosis(PlatformOwner& owner, const Options& options) {
   constexpr int kStandardOutput = 1;
   DescriptorOutput output(kStandardOutput);
   RunEnd end;
-  const auto diagnosis = Diagnosis::create(
-      owner.platform(), output, {PALLIMO_VERSION, wordsThatTellTheUser(), options.speed},
-      [&end](RunEnd how) {
-        end = std::move(how);
-        QCoreApplication::quit();
-      });
+  const auto diagnosis = Diagnosis::create(owner.platform(), output,
+                                           {PALLIMO_VERSION, wordsThatTellTheUser(), options.speed},
+                                           [&end](RunEnd how) {
+                                             end = std::move(how);
+                                             QCoreApplication::quit();
+                                           });
   const adapters::qt::UnixSignals interruptions([&diagnosis] { diagnosis->interrupt(); });
   diagnosis->start();
   QCoreApplication::exec();
@@ -91,10 +92,9 @@ RunEnd runDiagnosis(PlatformOwner& owner, const Options& options) {
 RunEnd runWindow(const Platform& platform) {
   const adapters::qt::UnixSignals interruptions([] { QCoreApplication::quit(); });
   GeneralModel& general = SharedGeneralModel::get();
-  WindowRun run(platform, general);
+  WindowRun run(platform, general, systemChrome());
   run.window().show();
   QCoreApplication::exec();
-  general.applicationWillTerminate();
   return {};
 }
 

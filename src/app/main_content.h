@@ -27,7 +27,6 @@ constexpr MainContent mainContent(helper_link::Processor processor, bool isAutho
 
 /// A main content in words, top to bottom. An empty text stands for a part that is not there.
 struct MainContentText {
-  bool showsTitleHeader = false;  ///< chip name and core counts
   std::string_view heading;
   std::string_view text;
   std::string_view button;
@@ -35,24 +34,23 @@ struct MainContentText {
 };
 
 /// What stands on the screen, to the letter: the odd wording of the helper's two messages is meant,
-/// and so are their empty lines. The panels below the live content's title header are none of it.
-/// Pure.
+/// and so are their empty lines. Neither the title header, below which every content but the
+/// refusal stands, nor the panels are any of it. Pure.
 constexpr MainContentText mainContentText(MainContent content, bool hideUpdateButton) {
   switch (content) {
     case MainContent::refusal:
-      return {false, "",
-              "This app is only for Apple Silicon Cores.\nIt is not working on Intel Cores", ""};
+      return {"", "This app is only for Apple Silicon Cores.\nIt is not working on Intel Cores",
+              ""};
     case MainContent::live:
       break;
     case MainContent::update:
-      return {true, "", "\nThe Pallimo Powermetrics Helper need being updated\n",
+      return {"", "\nThe Pallimo Powermetrics Helper need being updated\n",
               hideUpdateButton ? "" : "Update Helper"};
     case MainContent::install:
-      return {true, "Welcome",
-              "\nBefore to start you need to install the Pallimo Powermetrics Helper\n",
+      return {"Welcome", "\nBefore to start you need to install the Pallimo Powermetrics Helper\n",
               "Install Helper"};
   }
-  return {true, "", "", ""};
+  return {"", "", ""};
 }
 
 }  // namespace pallimo::app

@@ -41,6 +41,7 @@ struct MainWindowActions {
   MoreButtonActions menu;                    ///< also what the menu bar's items do
   std::function<bool()> isHelperAuthorized;  ///< whether there is a helper to remove
   std::function<void(const std::string& text)> copyText;  ///< to the clipboard
+  std::function<void()> closed;                           ///< the window is about to go
 };
 
 }  // namespace pallimo::ui

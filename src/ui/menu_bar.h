@@ -49,8 +49,9 @@ struct MenuBarActions {
 MainMenu declaredMainMenu(const MenuBarActions& actions);
 
 /// Takes away what stood at the indices 2 and 3, the application's own menu being 0: in a standard
-/// menu bar these are Edit and View. An index without a menu is passed over; no main menu at all
-/// stops the program.
+/// menu bar these are Edit and View. An index without a menu is passed over. No main menu at all
+/// stops the program: the app's own list is always there, so that can only happen to a bar that a
+/// platform keeps itself.
 void removeUnusedMenus(MainMenu* mainMenu);
 
 /// What the finished launch leaves of the declared menu bar.

@@ -44,15 +44,14 @@ std::string ageText(std::chrono::system_clock::duration age) {
 }
 
 std::optional<Readout> readoutAt(double x, double width, const Panel& panel,
-                                 const SampleTimes& times,
+                                 std::span<const SampleTimes::TimePoint> times,
                                  std::chrono::system_clock::time_point now) {
   const auto index = sampleIndexAt(x, width);
   if (!index) return std::nullopt;
   std::vector<ReadoutEntry> entries = readoutEntries(panel, *index);
   if (entries.empty()) return std::nullopt;
-  const auto time = times.at(*index);
   return Readout{width - static_cast<double>(*index), std::move(entries),
-                 time ? ageText(now - *time) : std::string()};
+                 *index < times.size() ? ageText(now - times[*index]) : std::string()};
 }
 
 }  // namespace pallimo::ui

@@ -6,6 +6,7 @@
 #include <chrono>
 #include <cstddef>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -42,9 +43,10 @@ std::vector<ReadoutEntry> readoutEntries(const Panel& panel, std::size_t index);
 /// ago" from then on. A time to come, as after a clock was put back, is "0 s ago".
 std::string ageText(std::chrono::system_clock::duration age);
 
-/// All of it; nothing beside the box and where no series has a sample.
+/// All of it; nothing beside the box and where no series has a sample. `times` are those of the
+/// panel's samples, the newest first; a sample beyond them has no age.
 std::optional<Readout> readoutAt(double x, double width, const Panel& panel,
-                                 const SampleTimes& times,
+                                 std::span<const SampleTimes::TimePoint> times,
                                  std::chrono::system_clock::time_point now);
 
 }  // namespace pallimo::ui

@@ -20,10 +20,14 @@ void SampleTimes::clear() {
   count_ = 0;
 }
 
-std::optional<SampleTimes::TimePoint> SampleTimes::at(std::size_t index) const {
+std::vector<SampleTimes::TimePoint> SampleTimes::newestFirst() const {
+  std::vector<TimePoint> newest;
+  newest.reserve(kGraphLength);
   base::MutexLock lock(mutex_);
-  if (index >= count_) return std::nullopt;
-  return times_[(next_ + times_.size() - 1 - index) % times_.size()];
+  for (std::size_t i = 1; i <= count_; ++i) {
+    newest.push_back(times_[(next_ + times_.size() - i) % times_.size()]);
+  }
+  return newest;
 }
 
 }  // namespace pallimo::ui

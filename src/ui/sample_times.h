@@ -6,17 +6,18 @@
 #include <array>
 #include <chrono>
 #include <cstddef>
-#include <optional>
+#include <vector>
 
 #include "base/mutex.h"
 #include "ui/panel.h"
 
 namespace pallimo::ui {
 
-/// When the newest samples arrived, index 0 the newest: as many as a graph shows.
+/// When the newest samples arrived: as many as a graph shows.
 ///
-/// Written where the histories are, one entry a sample, and cleared with them, so that an index
-/// means the same sample here and there. Any thread.
+/// Written after the histories, one entry a sample, and cleared with them. Whoever shows histories
+/// takes the times when it takes those and keeps both: an index then means the same sample here and
+/// there. Any thread.
 class SampleTimes {
  public:
   using TimePoint = std::chrono::system_clock::time_point;
@@ -24,8 +25,8 @@ class SampleTimes {
   /// Makes `time` the newest; the oldest gives way when there are kGraphLength.
   void add(TimePoint time);
   void clear();
-  /// Nothing for a sample that is not there, or no longer.
-  std::optional<TimePoint> at(std::size_t index) const;
+  /// All of them, index 0 the newest.
+  std::vector<TimePoint> newestFirst() const;
 
  private:
   mutable base::Mutex mutex_;

@@ -53,8 +53,9 @@ std::optional<std::size_t> storedTemperatureChoice(const ports::UserDefaults& de
 void storeTemperatureChoice(ports::UserDefaults& defaults, const TemperatureChoice& choice);
 
 inline constexpr std::string_view kLogFileHeading = "Log File location:";
-/// Both the button that opens the folder chooser and the button in it that confirms.
-inline constexpr std::string_view kSelectFolder = "Select";
+/// Both the button that opens the folder chooser and the button in it that confirms. A key of
+/// translations, and the text where there is none.
+inline constexpr char kSelectFolder[] = "Select";
 
 // The tab "Extra", top to bottom.
 

@@ -141,6 +141,16 @@ TEST(Invariants, EveryFileNamesItsLicenceAndEveryHeaderIsGuarded) {
   }
 }
 
+TEST(Invariants, ABuildThatIsToldNoAddressesLeadsToNamesThatNoOneCanOwn) {
+  int addresses = 0;
+  for (const std::string& line : splitLines(readText(root() / "CMakeLists.txt"))) {
+    if (!startsWith(line, "set(PALLIMO_") || line.find("_ADDRESS ") == std::string::npos) continue;
+    EXPECT_NE(line.find("pallimo.invalid"), std::string::npos) << line;
+    ++addresses;
+  }
+  EXPECT_EQ(addresses, 3);
+}
+
 TEST(Invariants, EveryFolderHasItsParagraphInTheArchitecture) {
   const std::string text = readText(root() / "ARCHITECTURE.md");
   for (const char* parent : {"src", "src/adapters", "tests"}) {

@@ -129,17 +129,20 @@ class Orphans {
   Orphans& operator=(const Orphans&) = delete;
 };
 
-/// A state folder in which a helper may be installed, and the app's end of the link. When a test
-/// ends, no helper is left.
-class LinkTest : public ::testing::Test {
+/// A state folder in which a helper may be installed. When a test ends, no helper is left.
+class HelperFolderTest : public ::testing::Test {
  protected:
-  LinkTest() { simulate(1); }
-  ~LinkTest() override {
+  HelperFolderTest() { simulate(1); }
+  ~HelperFolderTest() override {
+    endHelper();
+    fs::remove_all(folder.path());
+  }
+
+  void endHelper() const {
     if (const auto running = helperIfThere()) {
       running->send(SIGKILL);
       EXPECT_TRUE(running->ends());
     }
-    fs::remove_all(folder.path());
   }
 
   void simulate(double speed) const {
@@ -170,16 +173,6 @@ class LinkTest : public ::testing::Test {
     return std::move(*found);
   }
 
-  /// A client, and the one process that its request started.
-  Process longRun(Client& client) const {
-    client.request(kHour);
-    // The answer comes after the request was served.
-    EXPECT_TRUE(client.isAnswered());
-    const auto started = helper().children();
-    if (started.size() != 1) throw std::runtime_error("not one run");
-    return Process(started[0]);
-  }
-
   static std::string makeFolder() {
     std::string pattern = "/tmp/pallimo-XXXXXX";
     return mkdtemp(pattern.data());
@@ -195,6 +188,23 @@ class LinkTest : public ::testing::Test {
 
   const Orphans orphans;  // last to go: after the connector, which waits for children of its own
   const StateFolder folder{makeFolder()};
+};
+
+/// The same with the app's end of the link.
+class LinkTest : public HelperFolderTest {
+ protected:
+  ~LinkTest() override { endHelper(); }
+
+  /// A client, and the one process that its request started.
+  Process longRun(Client& client) const {
+    client.request(kHour);
+    // The answer comes after the request was served.
+    EXPECT_TRUE(client.isAnswered());
+    const auto started = helper().children();
+    if (started.size() != 1) throw std::runtime_error("not one run");
+    return Process(started[0]);
+  }
+
   std::unique_ptr<base::SerialThread> delivery = std::make_unique<base::SerialThread>();
   std::unique_ptr<adapters::linux::DBusHelperConnector> link =
       std::make_unique<adapters::linux::DBusHelperConnector>(

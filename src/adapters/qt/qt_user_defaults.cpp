@@ -16,7 +16,8 @@ namespace {
 
 QString toQt(const std::string& text) { return QString::fromStdString(text); }
 
-/// Commas in a file written by hand make a list; its text is what stood there.
+/// Commas in a file written by hand make a list, in which the blanks around them are lost. A comma
+/// and a blank is how people write; who means another text puts it in quotes, as this class does.
 std::string textOf(const QVariant& value) {
   if (value.typeId() == QMetaType::QStringList)
     return value.toStringList().join(", ").toStdString();
@@ -42,6 +43,7 @@ QtUserDefaults::~QtUserDefaults() { store(); }
 
 void QtUserDefaults::load() {
   for (const QString& key : settings_.allKeys()) {
+    if (key.isEmpty()) continue;  // a damaged file has it, and nobody can ask for it
     stored_[key.toStdString()] = textOf(settings_.value(key));
   }
   base::MutexLock lock(mutex_);

@@ -12,9 +12,12 @@ namespace pallimo::app {
 ui::widgets::WindowChrome systemChrome() {
   // The rules hold for all windows that there ever are.
   [[maybe_unused]] static const bool areRulesKept = (adapters::macos::keepWindowRules(), true);
-  return {Qt::WindowFlags(), [](QWidget& window) {
-            adapters::macos::hideTitleBar(reinterpret_cast<void*>(window.winId()));
-          }};
+  return {.flags = Qt::WindowFlags(),
+          .applyRules =
+              [](QWidget& window) {
+                adapters::macos::hideTitleBar(reinterpret_cast<void*>(window.winId()));
+              },
+          .sharesMenuBar = true};
 }
 
 }  // namespace pallimo::app

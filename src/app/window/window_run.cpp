@@ -8,10 +8,10 @@
 #include <string>
 #include <utility>
 
-#include "app/window/system_chrome.h"
 #include "app/window_content.h"
 #include "base/notification_centre.h"
 #include "ui/readout.h"
+#include "ui/widgets/app_icon.h"
 
 namespace pallimo::app {
 
@@ -21,17 +21,24 @@ constexpr std::string_view kPlaceKey = "mainWindowPlace";
 
 }  // namespace
 
-WindowRun::WindowRun(const Platform& platform, GeneralModel& general)
+WindowRun::WindowRun(const Platform& platform, GeneralModel& general,
+                     ui::widgets::WindowChrome chrome)
     : platform_(platform),
+      chrome_(std::move(chrome)),
       general_(general),
       view_(platform.mainQueue, general),
       times_(std::make_shared<ui::SampleTimes>()),
+      rules_(chrome_.applyRules),
       window_(windowServices()),
       settings_(settingsServices()),
       shown_(std::make_shared<ui::widgets::MainWindow*>(&window_)) {
+  QApplication::setWindowIcon(ui::widgets::appIcon());
+  // A desktop without icons of windows finds the entry's by this name.
+  QApplication::setDesktopFileName(QStringLiteral("pallimo"));
   window_.mainMenuBar().addKeysTo(settings_);
   followSamples();
   follow();
+  closeHelperAtTheEnd();
 }
 
 WindowRun::~WindowRun() { *shown_ = nullptr; }
@@ -39,12 +46,13 @@ WindowRun::~WindowRun() { *shown_ = nullptr; }
 ui::widgets::MainWindow::Services WindowRun::windowServices() {
   return {.content =
               [this] {
+                shownTimes_ = times_->newestFirst();
                 return windowContent(view_, general_, platform_.defaults, platform_.randomNumbers);
               },
           .actions = actions(),
           .readout =
               [this](double x, double width, const ui::Panel& panel) {
-                return ui::readoutAt(x, width, panel, *times_, platform_.clock.now());
+                return ui::readoutAt(x, width, panel, shownTimes_, platform_.clock.now());
               },
           .place = {.load = [this] { return platform_.defaults.textForKey(kPlaceKey); },
                     .store =
@@ -52,22 +60,19 @@ ui::widgets::MainWindow::Services WindowRun::windowServices() {
                           platform_.defaults.setText(kPlaceKey, text);
                         }},
           .random = platform_.randomNumbers,
-          .chrome = systemChrome()};
+          .chrome = chrome_};
 }
 
 ui::widgets::SettingsWindow::Services WindowRun::settingsServices() const {
   ui::widgets::LogFolderServices folders;
   folders.modelFolder = [this] { return general_.logfileModel()->folderUseForSaving(); };
   folders.desktopFolder = [this] { return platform_.files.desktopFolder(); };
-  return {platform_.defaults, platform_.mainQueue, std::move(folders), systemChrome()};
+  return {platform_.defaults, platform_.mainQueue, std::move(folders), chrome_};
 }
 
 ui::MainWindowActions WindowRun::actions() {
   ui::MainWindowActions actions;
-  actions.press = [this] {
-    view_.press();
-    window_.contentChanged();
-  };
+  actions.press = [this] { view_.press(); };
   actions.menu = {
       .checkForUpdates = [this] { general_.sparkle()->checkForUpdates(); },
       .uninstallHelper = [this] { general_.xpcmanager()->uninstallHelper(); },
@@ -82,7 +87,14 @@ ui::MainWindowActions WindowRun::actions() {
   actions.copyText = [](const std::string& text) {
     QApplication::clipboard()->setText(QString::fromStdString(text));
   };
+  actions.closed = [this] { settings_.close(); };
   return actions;
+}
+
+void WindowRun::closeHelperAtTheEnd() {
+  QObject::connect(
+      qApp, &QCoreApplication::aboutToQuit, &window_,
+      [&general = general_] { general.applicationWillTerminate(); }, Qt::SingleShotConnection);
 }
 
 void WindowRun::followSamples() {

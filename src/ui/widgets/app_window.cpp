@@ -8,7 +8,6 @@
 #include <QPaintEvent>
 #include <QPainter>
 #include <QPalette>
-#include <utility>
 
 #include "ui/widgets/colors.h"
 
@@ -24,8 +23,8 @@ ColorScheme schemeOf(const QPalette& palette) {
   return window < kHalfBright ? ColorScheme::dark : ColorScheme::light;
 }
 
-AppWindow::AppWindow(WindowChrome chrome)
-    : QWidget(nullptr, chrome.flags), chrome_(std::move(chrome)), shown_(colorScheme()) {
+AppWindow::AppWindow(const WindowChrome& chrome)
+    : QWidget(nullptr, chrome.flags), shown_(colorScheme()) {
   setAttribute(Qt::WA_OpaquePaintEvent);
 }
 
@@ -49,11 +48,6 @@ void AppWindow::followColorScheme() {
 bool AppWindow::event(QEvent* event) {
   const bool result = QWidget::event(event);
   switch (event->type()) {
-    case QEvent::Show:
-    case QEvent::WindowStateChange:
-    case QEvent::UpdateRequest:
-      chrome_.applyRules(*this);
-      break;
     case QEvent::PaletteChange:
     case QEvent::ApplicationPaletteChange:
       followColorScheme();

@@ -11,11 +11,12 @@
 
 namespace pallimo::ui::widgets {
 
-/// What the app's windows have in common: no title bar, the system's rules, the colour scheme and a
-/// ground in its colour. Main thread.
+/// What the app's windows have in common: no title bar, the colour scheme and a ground in its
+/// colour. Main thread.
 class AppWindow : public QWidget {
  public:
-  explicit AppWindow(WindowChrome chrome);
+  /// Takes the chrome's flags; its rules are applied to all windows from one place.
+  explicit AppWindow(const WindowChrome& chrome);
 
   /// The system's scheme at the moment, or the one that was set.
   ColorScheme colorScheme() const;
@@ -33,7 +34,6 @@ class AppWindow : public QWidget {
  private:
   void followColorScheme();
 
-  const WindowChrome chrome_;
   std::optional<ColorScheme> chosen_;
   ColorScheme shown_;
 };

@@ -63,12 +63,12 @@ void ContentScreen::setColorScheme(ColorScheme scheme) {
 }
 
 void ContentScreen::layOut() {
-  const bool isAlone =
-      texts_.heading.empty() && texts_.button.empty() && !texts_.text.starts_with('\n');
   heading_->setVisible(!texts_.heading.empty());
   button_->setVisible(!texts_.button.empty());
   heading_->setGeometry(0, kHeadingTop, kWidth, kHeadingHeight);
-  const int top = isAlone ? kAlone : texts_.heading.empty() ? kTextTop : kTextTopBelowHeading;
+  const int top = texts_.isAlone           ? kAlone
+                  : texts_.heading.empty() ? kTextTop
+                                           : kTextTopBelowHeading;
   text_->move((kWidth - MessageText::kWidth) / 2, top);
   int y = top + text_->height();
   if (!texts_.button.empty()) {
@@ -76,7 +76,7 @@ void ContentScreen::layOut() {
     button_->setGeometry(QRect(QPoint((kWidth - button.width()) / 2, y - kFocusRing), button));
     y += button.height() - 2 * kFocusRing;
   }
-  size_.setHeight(y + (isAlone ? kAlone : kBottom));
+  size_.setHeight(y + (texts_.isAlone ? kAlone : kBottom));
   updateGeometry();
 }
 

@@ -28,6 +28,7 @@ class ContentScreen final : public DragArea {
     std::string_view heading;
     std::string_view text;
     std::string_view button;
+    bool isAlone = false;  ///< nothing stands above: the text is in the window's middle
     bool operator==(const Texts&) const = default;
   };
 

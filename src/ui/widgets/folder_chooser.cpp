@@ -3,19 +3,23 @@
 
 #include "ui/widgets/folder_chooser.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
 
-#include "ui/widgets/text.h"
-
 namespace pallimo::ui::widgets {
 
+QString selectFolderText() { return QCoreApplication::translate("FolderChooser", kSelectFolder); }
+
 void prepareFolderDialog(QFileDialog& dialog, const std::string& folder) {
+  // A dialog of Qt's own has the system's frame, with all but a button that zooms.
+  dialog.setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
+                        Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint);
   dialog.setFileMode(QFileDialog::Directory);
   dialog.setOption(QFileDialog::ShowDirsOnly);
   dialog.setDirectory(QString::fromStdString(folder));
-  dialog.setLabelText(QFileDialog::Accept, toText(kSelectFolder));
+  dialog.setLabelText(QFileDialog::Accept, selectFolderText());
 }
 
 ChooserResult chooseFolder(QWidget& parent, const std::string& folder) {

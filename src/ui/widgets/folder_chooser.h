@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include <QString>
 #include <functional>
 #include <string>
 
@@ -19,8 +20,12 @@ using FolderChooser = std::function<ChooserResult(QWidget& parent, const std::st
 /// The system's dialog for it. Main thread.
 ChooserResult chooseFolder(QWidget& parent, const std::string& folder);
 
-/// What chooseFolder asks of the dialog: folders alone, beginning in `folder`, a button "Select".
+/// What chooseFolder asks of the dialog: folders alone, beginning in `folder`, a button "Select",
+/// no zoom.
 void prepareFolderDialog(QFileDialog& dialog, const std::string& folder);
+
+/// "Select" in the user's language.
+QString selectFolderText();
 
 /// Whether there is a folder of that path.
 bool isExistingFolder(const std::string& path);

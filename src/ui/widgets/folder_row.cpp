@@ -10,6 +10,7 @@
 
 #include "ui/widgets/colors.h"
 #include "ui/widgets/fonts.h"
+#include "ui/widgets/spoken.h"
 
 namespace pallimo::ui::widgets {
 namespace {
@@ -27,14 +28,11 @@ QIcon themeFolderIcon(const QString&) { return QIcon::fromTheme(QStringLiteral("
 FolderRow::FolderRow(Icons icons, QWidget* parent) : QLabel(parent), icons_(std::move(icons)) {}
 
 void FolderRow::setFolder(const QString& path) {
-  if (path == path_) {
-    return;
-  }
   path_ = path;
   icon_ = icons_(path);
   // Never read as formatted text, whatever a folder is called.
   setToolTip(QStringLiteral("<span>") + path.toHtmlEscaped() + QStringLiteral("</span>"));
-  setAccessibleName(path);
+  nameAloud(*this, path);
   update();
 }
 

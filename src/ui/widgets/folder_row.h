@@ -23,11 +23,13 @@ class FolderRow final : public QLabel {
   static constexpr int kHeight = 18;
   static constexpr int kIconSize = 16;
 
+  /// Also asks for the icon anew: a folder of the same path may look different by now.
   void setFolder(const QString& path);
   void setColorScheme(ColorScheme scheme);
 
   /// The path as it is painted.
   QString shownPath() const;
+  bool isShortened() const { return shownPath() != path_; }
 
  protected:
   void paintEvent(QPaintEvent* event) override;

@@ -10,6 +10,7 @@
 #include "ui/settings_content.h"
 #include "ui/widgets/choice_box.h"
 #include "ui/widgets/focus_ring.h"
+#include "ui/widgets/help_on_focus.h"
 #include "ui/widgets/push_button.h"
 #include "ui/widgets/text.h"
 
@@ -55,10 +56,11 @@ void GeneralSettingsView::addLogFolder() {
   addHeading(toText(kLogFileHeading), kLogFileMiddle)->setBuddy(select_);
   folder_->setGeometry(kIndent, kFolderMiddle - FolderRow::kHeight / 2, kWidth - kMargin - kIndent,
                        FolderRow::kHeight);
-  select_->setText(toText(kSelectFolder));
+  select_->setText(selectFolderText());
   select_->setAccessibleDescription(toText(kLogFileHeading));
   select_->setGeometry(
       QRect(QPoint(kIndent - kFocusRing, kSelectTop - kFocusRing), select_->sizeHint()));
+  new HelpOnFocus(*select_, *folder_, [this] { return folder_->isShortened(); });
   connect(select_, &QAbstractButton::clicked, this, &GeneralSettingsView::chooseLogFolder);
 }
 

@@ -13,12 +13,16 @@
 namespace pallimo::ui::widgets {
 namespace {
 
-// Columns and rows of the scratch image around those that are wanted. A line that meets the edge of
+// Columns and rows of an image around those that are wanted. A line that meets the edge of
 // an image is cut there, which turns it a little; nothing that reaches a wanted pixel comes so far.
 constexpr int kMargin = 4;
 constexpr std::size_t kBytesAPixel = 4;
 
 std::size_t bytes(int pixels) { return static_cast<std::size_t>(pixels) * kBytesAPixel; }
+
+QSize imageSize(int width, int height, int ratio) {
+  return QSize(width + 2 * kMargin, height + 2 * kMargin) * ratio;
+}
 
 }  // namespace
 
@@ -35,35 +39,48 @@ GraphCanvas::Painted GraphCanvas::draw(const GraphView& graph, QSize box, int ra
   if (scrolls) {
     const int points = static_cast<int>(*moved);
     moveLeft(points);
-    paint({box.width() - points - 2 * kLineReach, box.width()});
-    paint({0, 1});  // the outline's left edge, which has moved away
+    paintAgain({box.width() - points - 2 * kLineReach, box.width()});
+    paintAgain({0, 1});  // the outline's left edge, which has moved away
     return Painted::newColumns;
   }
   box_ = box;
   ratio_ = ratio;
   scheme_ = scheme;
-  if (image_.size() != box * ratio) {
-    image_ = QImage(box * ratio, QImage::Format_RGB32);
+  const QSize size = imageSize(box.width(), box.height(), ratio);
+  if (image_.size() != size) {
+    image_ = QImage(size, QImage::Format_RGB32);
   }
-  paint({0, box.width()});
+  paint({0, box.width()}, image_);
   return Painted::everything;
 }
 
-void GraphCanvas::paint(Columns columns) {
+QImage GraphCanvas::image() const {
+  const QSize size = box_ * ratio_;
+  const int margin = kMargin * ratio_;
+  if (size.isEmpty()) {
+    return {};
+  }
+  return {image_.constScanLine(margin) + bytes(margin), size.width(), size.height(),
+          image_.bytesPerLine(), image_.format()};
+}
+
+void GraphCanvas::paintAgain(Columns columns) {
   columns.begin = std::max(columns.begin, 0);
   const int width = columns.end - columns.begin;
-  QImage scratch(QSize(width + 2 * kMargin, box_.height() + 2 * kMargin) * ratio_,
-                 QImage::Format_RGB32);
-  QPainter painter(&scratch);
+  QImage scratch(imageSize(width, box_.height(), ratio_), QImage::Format_RGB32);
+  paint(columns, scratch);
+  const int margin = kMargin * ratio_;
+  for (int y = margin; y < image_.height() - margin; ++y) {
+    std::memcpy(image_.scanLine(y) + bytes(columns.begin * ratio_ + margin),
+                scratch.constScanLine(y) + bytes(margin), bytes(width * ratio_));
+  }
+}
+
+void GraphCanvas::paint(Columns columns, QImage& image) const {
+  QPainter painter(&image);
   painter.scale(ratio_, ratio_);
   painter.translate(kMargin - columns.begin, kMargin);
-  paintColumns(painter, graph_, box_, ratio_, scheme_, columns);
-  painter.end();
-  for (int y = 0; y < image_.height(); ++y) {
-    std::memcpy(image_.scanLine(y) + bytes(columns.begin * ratio_),
-                scratch.constScanLine(y + kMargin * ratio_) + bytes(kMargin * ratio_),
-                bytes(width * ratio_));
-  }
+  paintColumns(painter, graph_, box_, scheme_, columns);
 }
 
 void GraphCanvas::moveLeft(int points) {

@@ -23,11 +23,13 @@ class GraphCanvas {
   /// Makes the image one of `graph`: `box` points in size, `ratio` (1 or more) pixels a point.
   Painted draw(const GraphView& graph, QSize box, int ratio, ColorScheme scheme);
 
-  /// Opaque, exactly the box, in pixels; its device pixel ratio is 1.
-  const QImage& image() const { return image_; }
+  /// Opaque, exactly the box, in pixels; its device pixel ratio is 1. A view of what the canvas
+  /// keeps: good until the next `draw`.
+  QImage image() const;
 
  private:
-  void paint(Columns columns);
+  void paint(Columns columns, QImage& image) const;
+  void paintAgain(Columns columns);
   void moveLeft(int points);
 
   // What the image shows.
@@ -35,7 +37,7 @@ class GraphCanvas {
   QSize box_;
   int ratio_ = 0;
   ColorScheme scheme_ = ColorScheme::light;
-  QImage image_;
+  QImage image_;  ///< the box and a margin, of which nothing is shown
 };
 
 }  // namespace pallimo::ui::widgets

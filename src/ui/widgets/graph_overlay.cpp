@@ -10,6 +10,7 @@
 
 #include "ui/widgets/colors.h"
 #include "ui/widgets/figure_text.h"
+#include "ui/widgets/focus_ring.h"
 #include "ui/widgets/fonts.h"
 
 namespace pallimo::ui::widgets {
@@ -65,8 +66,20 @@ QSize GraphOverlay::bubbleSize() const {
 }
 
 void GraphOverlay::paintEvent(QPaintEvent*) {
-  const Palette& colors = colorsOf(scheme_);
   QPainter painter(this);
+  if (!readout_.entries.empty()) {
+    paintReadout(painter);
+  }
+  if (hasFocusRing_) {
+    // Within the box, which has no room around it.
+    painter.setRenderHint(QPainter::Antialiasing);
+    paintFocusRing(painter, QRectF(box_).adjusted(kFocusRing, kFocusRing, -kFocusRing, -kFocusRing),
+                   0, scheme_);
+  }
+}
+
+void GraphOverlay::paintReadout(QPainter& painter) const {
+  const Palette& colors = colorsOf(scheme_);
   QColor line = toColor(colors.text);
   line.setAlphaF(kLineOpacity);
   const double x = std::min(box_.x() + readout_.x, box_.x() + box_.width() - 1.0);

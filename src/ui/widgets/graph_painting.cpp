@@ -5,6 +5,7 @@
 
 #include <QLineF>
 #include <QPainter>
+#include <QTransform>
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -22,29 +23,60 @@ namespace {
 constexpr double kBand = 2;
 constexpr double kFarAway = 1e9;
 
-double pixelAligned(double position, int extent, double ratio) {
-  const double pixel = std::round((position - 0.5) * ratio) / ratio;
-  return std::clamp(pixel, 0.0, static_cast<double>(extent - 1));
-}
+/// The screen's pixels as they lie under a box.
+class Pixels {
+ public:
+  Pixels(const QTransform& transform, QSize box)
+      : transform_(transform),
+        box_(transform.mapRect(QRect(QPoint(0, 0), box))),
+        thickness_(std::max(1, static_cast<int>(std::floor(transform.m11())))) {}
 
-void paintGround(QPainter& painter, const GraphView& graph, QSize box, double ratio,
-                 ColorScheme scheme, Columns columns) {
+  QRect columns(Columns columns) const {
+    const QRect points(columns.begin, 0, columns.end - columns.begin, 1);
+    const QRect all = transform_.mapRect(points);
+    return {all.x(), box_.y(), all.width(), box_.height()};
+  }
+  /// The line of a grid that runs at `y`, in these columns.
+  QRect row(double y, const QRect& columns) const {
+    const int top = aligned(transform_.map(QPointF(0, y)).y(), box_.y(), box_.height());
+    return {columns.x(), top, columns.width(), thickness_};
+  }
+  QRect column(double x) const {
+    const int left = aligned(transform_.map(QPointF(x, 0)).x(), box_.x(), box_.width());
+    return {left, box_.y(), thickness_, box_.height()};
+  }
+
+ private:
+  int aligned(double middle, int begin, int length) const {
+    const int first = static_cast<int>(std::floor(middle - thickness_ / 2.0 + 0.5));
+    return std::clamp(first, begin, begin + std::max(0, length - thickness_));
+  }
+
+  const QTransform transform_;
+  const QRect box_;
+  const int thickness_;
+};
+
+void paintGround(QPainter& painter, const GraphView& graph, QSize box, ColorScheme scheme,
+                 Columns columns) {
   const Palette& colors = colorsOf(scheme);
   const QColor ground = toColor(colors.panel);
   const QColor grid = blended(ground, toColor(colors.grid), kGridOpacity);
-  painter.setRenderHint(QPainter::Antialiasing, false);
-  painter.fillRect(QRectF(columns.begin, 0, columns.end - columns.begin, box.height()), ground);
-  const auto row = [&](double y) {
-    painter.fillRect(
-        QRectF(columns.begin, pixelAligned(y, box.height(), ratio), columns.end - columns.begin, 1),
-        grid);
+  const QTransform transform = painter.deviceTransform();
+  const QTransform toPoints = transform.inverted();
+  const Pixels pixels(transform, box);
+  const QRect part = pixels.columns(columns);
+  const auto fill = [&](const QRect& rect, const QColor& color) {
+    painter.fillRect(toPoints.mapRect(QRectF(rect)), color);
   };
+  painter.setRenderHint(QPainter::Antialiasing, false);
+  fill(part, ground);
   for (const Line& line : gridLines(graph.axisLabels.size(), box.width(), box.height())) {
-    row(line.from.y);
+    fill(pixels.row(line.from.y, part), grid);
   }
   for (const Point& corner : outline(box.width(), box.height())) {
-    row(corner.y);
-    painter.fillRect(QRectF(pixelAligned(corner.x, box.width(), ratio), 0, 1, box.height()), grid);
+    fill(pixels.row(corner.y, part), grid);
+    fill(pixels.column(corner.x), grid);
   }
 }
 
@@ -94,9 +126,9 @@ std::vector<QLineF> segments(std::span<const double> data, QSize box, Columns co
 
 }  // namespace
 
-void paintColumns(QPainter& painter, const GraphView& graph, QSize box, double ratio,
-                  ColorScheme scheme, Columns columns) {
-  paintGround(painter, graph, box, ratio, scheme, columns);
+void paintColumns(QPainter& painter, const GraphView& graph, QSize box, ColorScheme scheme,
+                  Columns columns) {
+  paintGround(painter, graph, box, scheme, columns);
   painter.setRenderHint(QPainter::Antialiasing, true);
   for (const GraphData& series : graph.datas) {
     const std::vector<QLineF> lines = segments(series.data, box, columns);

@@ -29,13 +29,17 @@ struct Columns {
 };
 
 /// Paints everything that touches these columns of a graph's box: its ground, outline, grid and
-/// lines. The painter's origin is the box's corner; its unit is the point, `ratio` pixels wide.
-/// What lies beyond the columns, or above and below the box, is painted in part: the caller clips.
+/// lines. The painter's origin is the box's corner; its unit is the point, its transform at most a
+/// scaling and a translation. What lies beyond the columns, or above and below the box, is painted
+/// in part: the caller clips.
+///
+/// Outline and grid are as many whole pixels wide as fit in a point, at least one, wherever between
+/// the pixels the box stands: at 1.25 pixels a point they are one pixel each.
 ///
 /// Every segment of a series is a line of its own with flat ends, never cut sideways: so a pixel
 /// depends on nothing but the values near it, and not on where in an image they are painted. A
 /// polyline would look the same and take ten times as long where values jump.
-void paintColumns(QPainter& painter, const GraphView& graph, QSize box, double ratio,
-                  ColorScheme scheme, Columns columns);
+void paintColumns(QPainter& painter, const GraphView& graph, QSize box, ColorScheme scheme,
+                  Columns columns);
 
 }  // namespace pallimo::ui::widgets

@@ -4,6 +4,7 @@
 #include "ui/widgets/graph_widget.h"
 
 #include <QFontMetricsF>
+#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
 #include <algorithm>
@@ -13,8 +14,11 @@
 #include "ui/graph_geometry.h"
 #include "ui/widgets/colors.h"
 #include "ui/widgets/fonts.h"
+#include "ui/widgets/graph_movement.h"
 #include "ui/widgets/graph_overlay.h"
 #include "ui/widgets/graph_painting.h"
+#include "ui/widgets/spoken.h"
+#include "ui/widgets/whole_pixels.h"
 
 namespace pallimo::ui::widgets {
 namespace {
@@ -22,6 +26,7 @@ namespace {
 constexpr double kLabelHeight = 10;
 constexpr double kWidestLabel = 24;
 constexpr double kSmallestLabel = 6;
+constexpr int kAgeingMs = 1000;
 
 double widestOf(const std::vector<std::string>& labels, const QFont& font) {
   const QFontMetricsF metrics(font);
@@ -39,12 +44,16 @@ QFont labelFont(const std::vector<std::string>& labels) {
   return systemFont(size);
 }
 
-// Whole pixels at whole places can be kept and moved; others have to be painted where they stand.
-bool isWhole(const QTransform& transform) {
-  return transform.type() <= QTransform::TxScale && transform.m11() >= 1 &&
-         transform.m11() == transform.m22() && transform.m11() == std::floor(transform.m11()) &&
-         transform.dx() == std::floor(transform.dx()) &&
-         transform.dy() == std::floor(transform.dy());
+// "CPU 3.10, GPU 0.52, 12 s ago".
+QString spokenReadout(const Readout& readout) {
+  QStringList parts;
+  for (const ReadoutEntry& entry : readout.entries) {
+    parts.append(QString::fromStdString(entry.label + " " + entry.value));
+  }
+  if (!readout.age.empty()) {
+    parts.append(QString::fromStdString(readout.age));
+  }
+  return parts.join(QStringLiteral(", "));
 }
 
 }  // namespace
@@ -53,13 +62,20 @@ GraphWidget::GraphWidget(QWidget* parent)
     : QWidget(parent), graph_{{""}, {}}, overlay_(new GraphOverlay(this)) {
   setAttribute(Qt::WA_OpaquePaintEvent);
   setMouseTracking(true);
+  setFocusPolicy(Qt::TabFocus);
 }
 
 void GraphWidget::setGraph(const GraphView& graph) {
+  const auto visible = static_cast<std::size_t>(std::max(0, box().width()) + kLineReach + 1);
   const bool sameLabels = graph.axisLabels == graph_.axisLabels;
+  const bool sameBox = movement(graph_, graph, visible) == 0;
   graph_ = graph;
-  update(sameLabels ? box() : rect());
-  if (pointer_) {
+  if (!sameLabels) {
+    update();
+  } else if (!sameBox) {
+    update(box());
+  }
+  if (toldPlace()) {
     showReadout();
   }
 }
@@ -67,7 +83,7 @@ void GraphWidget::setGraph(const GraphView& graph) {
 void GraphWidget::setColorScheme(ColorScheme scheme) {
   scheme_ = scheme;
   update();
-  if (pointer_) {
+  if (toldPlace()) {
     showReadout();
   }
 }
@@ -85,7 +101,11 @@ void GraphWidget::paintEvent(QPaintEvent* event) {
     return;
   }
   if (!box().contains(event->rect())) {
-    painter.fillRect(rect(), toColor(colorsOf(scheme_).panel));
+    // The box has a ground of its own, whose edges are sure to be these where pixels are whole.
+    const QRegion bare = hasWholePixels(painter.deviceTransform()) ? QRegion(box()) : QRegion();
+    for (const QRect& part : QRegion(rect()) - bare) {
+      painter.fillRect(part, toColor(colorsOf(scheme_).panel));
+    }
     paintLabels(painter);
   }
   if (box().intersects(event->rect())) {
@@ -96,11 +116,11 @@ void GraphWidget::paintEvent(QPaintEvent* event) {
 void GraphWidget::paintBox(QPainter& painter) {
   const QTransform transform = painter.deviceTransform();
   const double ratio = transform.m11();
-  if (!isWhole(transform)) {
+  if (!hasWholePixels(transform)) {
     ++counts_.whole;
     painter.setClipRect(box(), Qt::IntersectClip);
     painter.translate(box().topLeft());
-    paintColumns(painter, graph_, box().size(), ratio, scheme_, {0, box().width()});
+    paintColumns(painter, graph_, box().size(), scheme_, {0, box().width()});
     return;
   }
   const auto painted = canvas_.draw(graph_, box().size(), static_cast<int>(ratio), scheme_);
@@ -145,14 +165,79 @@ void GraphWidget::resizeEvent(QResizeEvent*) {
   showReadout();
 }
 
+void GraphWidget::focusInEvent(QFocusEvent* event) {
+  // A menu, or another window, gives the keyboard back to where it was.
+  if (event->reason() != Qt::PopupFocusReason && event->reason() != Qt::ActiveWindowFocusReason) {
+    isMeant_ = true;
+    keyboardSample_ = 0;
+    pointer_.reset();
+  }
+  showReadout();
+}
+
+void GraphWidget::focusOutEvent(QFocusEvent* event) {
+  if (event->reason() != Qt::PopupFocusReason && event->reason() != Qt::ActiveWindowFocusReason) {
+    isMeant_ = false;
+  }
+  showReadout();
+}
+
+void GraphWidget::keyPressEvent(QKeyEvent* event) {
+  switch (event->key()) {
+    case Qt::Key_Left:
+      goToSample(keyboardSample_ + 1);
+      return;
+    case Qt::Key_Right:
+      goToSample(keyboardSample_ - 1);
+      return;
+    case Qt::Key_End:
+      goToSample(0);
+      return;
+    default:
+      QWidget::keyPressEvent(event);
+  }
+}
+
+// There is nothing to go to where no sample is.
+void GraphWidget::goToSample(int sample) {
+  const int width = box().width();
+  if (sample >= 0 && readoutSource_ && readoutSource_(width - sample, width)) {
+    isMeant_ = true;
+    keyboardSample_ = sample;
+    pointer_.reset();
+    showReadout();
+  }
+}
+
+void GraphWidget::timerEvent(QTimerEvent*) { showReadout(); }
+
+void GraphWidget::showEvent(QShowEvent*) { showReadout(); }
+
+void GraphWidget::hideEvent(QHideEvent*) { ageing_.stop(); }
+
+std::optional<double> GraphWidget::toldPlace() const {
+  if (pointer_ || !hasKeyboard()) {
+    return pointer_;
+  }
+  return box().width() - keyboardSample_;
+}
+
 void GraphWidget::showReadout() {
+  const auto place = toldPlace();
   const auto readout =
-      pointer_ && readoutSource_ ? readoutSource_(*pointer_, box().width()) : std::nullopt;
-  if (readout) {
-    overlay_->showReadout(*readout, box(), scheme_);
+      place && readoutSource_ ? readoutSource_(*place, box().width()) : std::nullopt;
+  overlay_->setFocusRing(hasKeyboard());
+  if (readout || hasKeyboard()) {
+    overlay_->showReadout(readout.value_or(Readout{}), box(), scheme_);
   } else {
     overlay_->hide();
   }
+  if (!readout) {
+    ageing_.stop();
+  } else if (isVisible() && !ageing_.isActive()) {
+    ageing_.start(kAgeingMs, this);
+  }
+  describe(*this, readout ? spokenReadout(*readout) : QString());
 }
 
 }  // namespace pallimo::ui::widgets

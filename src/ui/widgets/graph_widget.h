@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include <QBasicTimer>
 #include <QRect>
 #include <QWidget>
 #include <functional>
@@ -18,10 +19,13 @@ namespace pallimo::ui::widgets {
 class GraphOverlay;
 
 /// A graph: its box with the lines, the axis labels at the right of it, and while the pointer is
-/// over the box what the samples were there. Opaque, on a panel's ground. Main thread.
+/// over the box what the samples were there. With the keyboard, which Tab brings, the same is told
+/// of the newest sample first; Left, Right and End go to others. Where both are, the one that moved
+/// last is told of, and the keyboard's sample comes back once the pointer has gone. What is told is
+/// asked for again every second, since it grows older. Opaque, on a panel's ground. Main thread.
 ///
-/// A new graph repaints the box alone, and of it what `GraphCanvas` finds new; nothing at all while
-/// the widget is not on the screen.
+/// A new graph repaints the box alone, and of it what `GraphCanvas` finds new; nothing at all when
+/// it looks as before, or while the widget is not on the screen.
 class GraphWidget final : public QWidget {
  public:
   /// What was at `x` points from the left edge of a box of that width; nothing where no sample is.
@@ -56,11 +60,20 @@ class GraphWidget final : public QWidget {
   void mouseMoveEvent(QMouseEvent* event) override;
   void leaveEvent(QEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
+  void focusInEvent(QFocusEvent* event) override;
+  void focusOutEvent(QFocusEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  void timerEvent(QTimerEvent* event) override;
+  void showEvent(QShowEvent* event) override;
+  void hideEvent(QHideEvent* event) override;
 
  private:
   void paintBox(QPainter& painter);
   void paintLabels(QPainter& painter) const;
   void pointAt(QPointF position);
+  void goToSample(int sample);
+  bool hasKeyboard() const { return isMeant_ && hasFocus(); }
+  std::optional<double> toldPlace() const;
   void showReadout();
 
   GraphView graph_;
@@ -68,8 +81,13 @@ class GraphWidget final : public QWidget {
   GraphCanvas canvas_;
   Counts counts_;
   ReadoutSource readoutSource_;
-  std::optional<double> pointer_;  ///< in the box, while it is there
-  GraphOverlay* overlay_;          ///< a child
+  std::optional<double> pointer_;  ///< in the box, while it is what is told of
+  int keyboardSample_ = 0;         ///< 0 is the newest; told of while the keyboard is here
+  /// Somebody meant the keyboard to be here. A window that becomes active gives it to whatever
+  /// comes first, which nobody asked for.
+  bool isMeant_ = false;
+  QBasicTimer ageing_;     ///< runs while a read-out is on the screen
+  GraphOverlay* overlay_;  ///< a child
 };
 
 }  // namespace pallimo::ui::widgets

@@ -9,7 +9,7 @@
 #include <QMenuBar>
 #include <QWidget>
 
-#include "ui/widgets/control_palette.h"
+#include "ui/widgets/menu_building.h"
 
 namespace pallimo::ui::widgets {
 namespace {
@@ -29,8 +29,8 @@ QAction::MenuRole qtRole(MenuBarRole role) {
 
 }  // namespace
 
-MainMenuBar::MainMenuBar(const MainMenu& menu, QWidget& window)
-    : window_(window), bar_(new QMenuBar(&window)) {
+MainMenuBar::MainMenuBar(const MainMenu& menu, QWidget& window, bool isShared)
+    : window_(window), bar_(std::make_unique<QMenuBar>(isShared ? nullptr : &window)) {
   for (const MenuBarMenu& part : menu) {
     menus_.push_back(bar_->addMenu(QString::fromStdString(part.title)));
     for (const MenuBarItem& item : part.items) add(*menus_.back(), item);
@@ -42,6 +42,8 @@ MainMenuBar::MainMenuBar(const MainMenu& menu, QWidget& window)
   addKeysTo(window);
   refresh();
 }
+
+MainMenuBar::~MainMenuBar() = default;
 
 void MainMenuBar::add(QMenu& menu, const MenuBarItem& item) {
   QAction* action = menu.addAction(QString::fromStdString(item.title));
@@ -75,19 +77,32 @@ void MainMenuBar::addKeysTo(QWidget& window) const {
 
 void MainMenuBar::refresh() {
   for (const Item& item : items_) {
-    if (item.content.isChecked) item.action->setChecked(item.content.isChecked->isOn());
+    if (!item.content.isChecked) continue;
+    item.action->setChecked(item.content.isChecked->isOn());
+    if (popup_) showTick(*item.action, scheme_);
   }
 }
 
-void MainMenuBar::popUp(const QPoint& position, ColorScheme scheme) {
-  auto* popup = new QMenu(&window_);
-  popup->setAttribute(Qt::WA_DeleteOnClose);
-  popup->setPalette(controlPalette(scheme));
-  for (QMenu* menu : menus_) {
-    menu->setPalette(controlPalette(scheme));
-    popup->addMenu(menu);
-  }
-  popup->popup(position);
+void MainMenuBar::setColorScheme(ColorScheme scheme) {
+  scheme_ = scheme;
+  if (popup_) styleMenus();
+}
+
+void MainMenuBar::styleMenus() {
+  styleMenu(*popup_, scheme_);
+  for (QMenu* menu : menus_) styleMenu(*menu, scheme_);
+  // A tick has the scheme's colour.
+  for (const Item& item : items_) item.action->setIcon({});
+  refresh();
+}
+
+void MainMenuBar::popUp(const QPoint& position) {
+  if (bar_->isNativeMenuBar()) return;
+  popup_ = new QMenu(&window_);
+  popup_->setAttribute(Qt::WA_DeleteOnClose);
+  for (QMenu* menu : menus_) popup_->addMenu(menu);
+  styleMenus();
+  popup_->popup(position);
 }
 
 }  // namespace pallimo::ui::widgets

@@ -11,8 +11,8 @@
 namespace pallimo::ui::widgets {
 
 /// The two lines above the panels: chip and GPU with their cores. A line that is too long for the
-/// widget is written smaller. A QLabel only to be a piece of text to whoever reads the screen
-/// aloud. Main thread.
+/// widget is written smaller, down to half its size. A QLabel only to be a piece of text to whoever
+/// reads the screen aloud. Main thread.
 class MainTitleWidget final : public QLabel {
  public:
   explicit MainTitleWidget(MainTitleContent content, QWidget* parent = nullptr);

@@ -5,10 +5,12 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QCloseEvent>
 #include <QContextMenuEvent>
 #include <QKeyEvent>
 #include <QScreen>
 #include <QTimerEvent>
+#include <QWindow>
 #include <utility>
 
 #include "ui/widgets/content_screen.h"
@@ -42,7 +44,7 @@ std::vector<DesktopArea> screenAreas() {
 MainWindow::MainWindow(Services services)
     : AppWindow(services.chrome),
       services_(std::move(services)),
-      menuBar_(launchedMainMenu(menuBarActions()), *this),
+      menuBar_(launchedMainMenu(menuBarActions()), *this, services_.chrome.sharesMenuBar),
       header_(new DragArea(this)),
       title_(new MainTitleWidget({}, header_)),
       moreButton_(new MoreButton([this] { return menuRows(); }, header_)),
@@ -84,7 +86,10 @@ std::vector<MenuItem> MainWindow::menuRows() const {
   return moreButtonMenu(actions, services_.actions.isHelperAuthorized(), services_.random);
 }
 
-bool MainWindow::isSeen() const { return isVisible() && !isMinimized(); }
+bool MainWindow::isShown() const { return isVisible() && !isMinimized(); }
+
+// A window on a desktop that nobody looks at is still shown, only not exposed.
+bool MainWindow::isSeen() const { return isShown() && windowHandle()->isExposed(); }
 
 void MainWindow::contentChanged() {
   isStale_ = true;
@@ -120,7 +125,7 @@ void MainWindow::showContent(const MainWindowContent& content) {
   if (isLive) {
     live_->setPanels(content.panels);
   } else {
-    screen_->setTexts({content.heading, content.text, content.button});
+    screen_->setTexts({content.heading, content.text, content.button, !hasHeader});
   }
   header_->setVisible(hasHeader);
   live_->setVisible(isLive);
@@ -138,6 +143,7 @@ void MainWindow::press() {
 
 void MainWindow::showColorScheme() {
   const ColorScheme scheme = colorScheme();
+  menuBar_.setColorScheme(scheme);
   title_->setColorScheme(scheme);
   moreButton_->setColorScheme(scheme);
   screen_->setColorScheme(scheme);
@@ -148,29 +154,39 @@ bool MainWindow::event(QEvent* event) {
   const bool isBackInSight =
       event->type() == QEvent::Show || event->type() == QEvent::WindowStateChange;
   const bool result = AppWindow::event(event);
-  if (isBackInSight && isStale_ && isSeen()) {
+  if (event->type() == QEvent::Show) {
+    windowHandle()->installEventFilter(this);
+  }
+  if (isBackInSight && isStale_ && isShown()) {
     refresh();
   }
   return result;
 }
 
-void MainWindow::contextMenuEvent(QContextMenuEvent* event) {
-  menuBar_.popUp(event->globalPos(), colorScheme());
+bool MainWindow::eventFilter(QObject* object, QEvent* event) {
+  if (event->type() == QEvent::Expose && isStale_ && isSeen()) {
+    refresh();  // before it is painted
+  }
+  return AppWindow::eventFilter(object, event);
 }
+
+void MainWindow::contextMenuEvent(QContextMenuEvent* event) { menuBar_.popUp(event->globalPos()); }
 
 void MainWindow::keyPressEvent(QKeyEvent* event) {
   if (event->key() == Qt::Key_F10) {
-    menuBar_.popUp(mapToGlobal(QPoint(0, kHeaderHeight / 2)), colorScheme());
+    menuBar_.popUp(mapToGlobal(QPoint(0, kHeaderHeight / 2)));
     return;
   }
   AppWindow::keyPressEvent(event);
 }
 
 void MainWindow::moveEvent(QMoveEvent*) {
-  if (isSeen()) {
+  if (isShown()) {
     placeTimer_.start(kPlaceDelayMs, this);
   }
 }
+
+void MainWindow::closeEvent(QCloseEvent*) { services_.actions.closed(); }
 
 void MainWindow::hideEvent(QHideEvent*) { storePlace(); }
 

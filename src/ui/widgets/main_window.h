@@ -25,7 +25,8 @@ class MoreButton;
 /// be done first. As large as its content. Main thread.
 ///
 /// It looks up what to show when it is told of a change, once for all changes of one turn of the
-/// event loop; while it is hidden or minimised, when it is seen again.
+/// event loop; while it is hidden, minimised or on a desktop that nobody looks at, when it is seen
+/// again.
 class MainWindow final : public AppWindow {
  public:
   struct Services {
@@ -54,15 +55,18 @@ class MainWindow final : public AppWindow {
  protected:
   void showColorScheme() override;
   bool event(QEvent* event) override;
+  bool eventFilter(QObject* object, QEvent* event) override;
   void contextMenuEvent(QContextMenuEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   void moveEvent(QMoveEvent* event) override;
+  void closeEvent(QCloseEvent* event) override;
   void hideEvent(QHideEvent* event) override;
   void timerEvent(QTimerEvent* event) override;
 
  private:
   MenuBarActions menuBarActions() const;
   std::vector<MenuItem> menuRows() const;
+  bool isShown() const;
   bool isSeen() const;
   void refresh();
   void showContent(const MainWindowContent& content);

@@ -74,6 +74,12 @@ void styleMenu(QMenu& menu, ColorScheme scheme) {
                toColor(colors.accentText).name(), toColor(colors.secondaryText).name()));
 }
 
+void showTick(QAction& action, ColorScheme scheme) {
+  // An icon that is set anew, and be it the same, lays out and repaints the menu.
+  if (action.isChecked() != action.icon().isNull()) return;
+  action.setIcon(action.isChecked() ? tick(scheme) : QIcon());
+}
+
 void fillMenu(QMenu& menu, const std::vector<MenuItem>& rows, ColorScheme scheme) {
   styleMenu(menu, scheme);
   menu.clear();
@@ -92,7 +98,7 @@ void refreshMenu(QMenu& menu, const std::vector<MenuItem>& rows, ColorScheme sch
     action->setEnabled(!rows[i].isDisabled);
     if (action->isCheckable()) {
       action->setChecked(rows[i].isChecked->isOn());
-      action->setIcon(action->isChecked() ? tick(scheme) : QIcon());
+      showTick(*action, scheme);
     }
   }
 }

@@ -11,8 +11,12 @@
 
 namespace pallimo::ui::widgets {
 
-/// The look of the app's menus in that scheme.
+/// The look of the app's menus in that scheme. It has no ticks of its own.
 void styleMenu(QMenu& menu, ColorScheme scheme);
+
+/// Gives a row of such a menu a tick in that scheme when it is switched on, and takes it away when
+/// not. A tick that is there stays as it is.
+void showTick(QAction& action, ColorScheme scheme);
 
 /// Makes a menu of exactly these rows: separators, switches that show their state, commands. It has
 /// that look.

@@ -27,7 +27,7 @@ MoreButton::MoreButton(Rows rows, QWidget* parent)
   setFocusPolicy(Qt::StrongFocus);
   setAccessibleName(QStringLiteral("More"));
   setToolTip(QStringLiteral("More"));
-  connect(this, &QAbstractButton::clicked, this, &MoreButton::openMenu);
+  connect(this, &QAbstractButton::clicked, this, &MoreButton::toggleMenu);
 }
 
 void MoreButton::setColorScheme(ColorScheme scheme) {
@@ -44,9 +44,15 @@ void MoreButton::refreshMenu() {
   }
 }
 
-void MoreButton::openMenu() {
+void MoreButton::toggleMenu() {
+  if (menu_) {
+    menu_->close();
+    return;
+  }
   auto* menu = new QMenu(this);
   menu->setAttribute(Qt::WA_DeleteOnClose);
+  // The press that closes the menu is used up: on the button it would open the menu again.
+  menu->setAttribute(Qt::WA_NoMouseReplay);
   fillMenu(*menu, rows_(), scheme_);
   menu_ = menu;
   connect(menu, &QMenu::aboutToHide, this, [this] {

@@ -14,9 +14,9 @@ class QMenu;
 
 namespace pallimo::ui::widgets {
 
-/// The small button with the three dots that opens the app's menu. Lights up under the pointer;
-/// mouse, Space, Return and the down key open the menu. Focus shows when the keyboard brought it.
-/// Main thread.
+/// The small button with the three dots that opens the app's menu, or closes it when it is open.
+/// Lights up under the pointer; mouse, Space, Return and the down key open the menu. Focus shows
+/// when the keyboard brought it. Main thread.
 class MoreButton final : public QAbstractButton {
  public:
   /// The menu's rows as they are at the moment; asked each time the menu opens or is refreshed.
@@ -46,7 +46,7 @@ class MoreButton final : public QAbstractButton {
   void leaveEvent(QEvent* event) override;
 
  private:
-  void openMenu();
+  void toggleMenu();
 
   Rows rows_;
   ColorScheme scheme_ = ColorScheme::light;

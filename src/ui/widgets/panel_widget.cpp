@@ -8,9 +8,10 @@
 #include <cmath>
 #include <utility>
 
-#include "ui/widgets/colors.h"
 #include "ui/widgets/graph_widget.h"
+#include "ui/widgets/help_on_focus.h"
 #include "ui/widgets/module_title_row.h"
+#include "ui/widgets/spoken.h"
 #include "ui/widgets/value_widget.h"
 
 namespace pallimo::ui::widgets {
@@ -65,15 +66,20 @@ PanelWidget::PanelWidget(Panel panel, ReadoutSource readout, QWidget* parent)
       panel_(std::move(panel)),
       title_(new ModuleTitleRow(this)),
       graph_(new GraphWidget(this)) {
+  setAttribute(Qt::WA_OpaquePaintEvent);
   resize(sizeHint());
   if (readout) {
     graph_->setReadoutSource([this, source = std::move(readout)](double x, double width) {
       return source(x, width, panel_);
     });
   }
+  new HelpOnFocus(*graph_, *title_);
   buildValues();
   showAll();
 }
+
+// The graph outlives the panel's own members, and asks once more when it loses the focus.
+PanelWidget::~PanelWidget() { graph_->setReadoutSource(nullptr); }
 
 void PanelWidget::setPanel(Panel panel) {
   const bool sameHeight = panel.height == panel_.height;
@@ -101,9 +107,9 @@ QSize PanelWidget::sizeHint() const {
 }
 
 void PanelWidget::showAll() {
-  setAccessibleName(QString::fromStdString(panel_.title.labelLeft));
-  setAccessibleDescription(QString::fromStdString(panel_.title.help));
-  graph_->setAccessibleName(QString::fromStdString(panel_.title.labelLeft + " graph"));
+  nameAloud(*this, QString::fromStdString(panel_.title.labelLeft));
+  describe(*this, QString::fromStdString(panel_.title.help));
+  nameAloud(*graph_, QString::fromStdString(panel_.title.labelLeft + " graph"));
   title_->setTitle(panel_.title);
   graph_->setGraph(panel_.graph);
   const QString unit = spokenUnit(panel_.title.labelRight);
@@ -150,13 +156,8 @@ void PanelWidget::layOut() {
 void PanelWidget::resizeEvent(QResizeEvent*) { layOut(); }
 
 void PanelWidget::paintEvent(QPaintEvent*) {
-  const Palette& colors = colorsOf(scheme_);
   QPainter painter(this);
-  painter.setRenderHint(QPainter::Antialiasing);
-  painter.setPen(QPen(toColor(colors.panelBorder), 1));
-  painter.setBrush(toColor(colors.panel));
-  painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), kCornerRadius - 0.5,
-                          kCornerRadius - 0.5);
+  frame_.paint(painter, rect(), scheme_);
 }
 
 }  // namespace pallimo::ui::widgets

@@ -11,6 +11,7 @@
 #include "ui/palette.h"
 #include "ui/panel.h"
 #include "ui/readout.h"
+#include "ui/widgets/panel_frame.h"
 
 namespace pallimo::ui::widgets {
 
@@ -18,9 +19,9 @@ class GraphWidget;
 class ModuleTitleRow;
 class ValueWidget;
 
-/// A panel: a frame with round corners, in it the title row, the row of values and the graph. Each
-/// of them is opaque and repaints itself when what it shows has changed, and only then. Main
-/// thread.
+/// A panel: a frame with round corners on the window's ground, in it the title row, the row of
+/// values and the graph. Each of them is opaque and repaints itself when what it shows has changed,
+/// and only then. Main thread.
 class PanelWidget final : public QWidget {
  public:
   /// Answers what the panel tells of the sample at `x` points in a graph's box of that width.
@@ -29,9 +30,9 @@ class PanelWidget final : public QWidget {
 
   /// Without a source nothing is shown under the pointer.
   explicit PanelWidget(Panel panel, ReadoutSource readout = nullptr, QWidget* parent = nullptr);
+  ~PanelWidget() override;
 
   static constexpr int kWidth = 360;
-  static constexpr double kCornerRadius = 10;
 
   void setPanel(Panel panel);
   void setColorScheme(ColorScheme scheme);
@@ -53,6 +54,7 @@ class PanelWidget final : public QWidget {
 
   Panel panel_;
   ColorScheme scheme_ = ColorScheme::light;
+  PanelFrame frame_;
   // Children.
   ModuleTitleRow* title_;
   std::vector<ValueWidget*> values_;  ///< in reading order

@@ -44,6 +44,7 @@ void SettingsWindow::observeSettings() {
 }
 
 void SettingsWindow::present() {
+  setWindowState(windowState() & ~Qt::WindowMinimized);
   show();
   raise();
   activateWindow();
@@ -81,6 +82,13 @@ void SettingsWindow::showEvent(QShowEvent* event) {
   general_->refresh();
   extra_->refresh();
   AppWindow::showEvent(event);
+}
+
+void SettingsWindow::changeEvent(QEvent* event) {
+  if (event->type() == QEvent::ActivationChange && isActiveWindow()) {
+    refresh();
+  }
+  AppWindow::changeEvent(event);
 }
 
 }  // namespace pallimo::ui::widgets

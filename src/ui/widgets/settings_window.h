@@ -18,7 +18,8 @@ class GPUSettingsView;
 class SettingsToolbar;
 
 /// The settings: a toolbar with the tabs, below it the page of the chosen one. Every choice is
-/// stored at once; a change that somebody else makes shows at once. Main thread.
+/// stored at once; a change that somebody else makes shows at once, and what became of the log
+/// folder on the disk when the user comes back to the window. Main thread.
 class SettingsWindow final : public AppWindow {
  public:
   struct Services {
@@ -44,6 +45,7 @@ class SettingsWindow final : public AppWindow {
   void showColorScheme() override;
   void keyPressEvent(QKeyEvent* event) override;
   void showEvent(QShowEvent* event) override;
+  void changeEvent(QEvent* event) override;
 
  private:
   void observeSettings();

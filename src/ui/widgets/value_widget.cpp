@@ -3,7 +3,9 @@
 
 #include "ui/widgets/value_widget.h"
 
+#include <QEvent>
 #include <QFontMetricsF>
+#include <QPaintEvent>
 #include <QPainter>
 #include <algorithm>
 #include <cmath>
@@ -11,6 +13,7 @@
 #include "ui/widgets/colors.h"
 #include "ui/widgets/figure_text.h"
 #include "ui/widgets/fonts.h"
+#include "ui/widgets/spoken.h"
 
 namespace pallimo::ui::widgets {
 namespace {
@@ -64,15 +67,17 @@ ValueWidget::ValueWidget(ValueStyle style, double width, QWidget* parent)
 
 void ValueWidget::setValue(const PanelValue& value, const QString& unit, double labelRoom) {
   const QString label = QString::fromStdString(value.labelUp + " " + value.labelDown).trimmed();
-  setAccessibleName(label + ' ' + QString::fromStdString(value.value) + ' ' + unit);
+  nameAloud(*this, label + ' ' + QString::fromStdString(value.value) + ' ' + unit);
   if (value != value_ || labelRoom != labelRoom_) {
     const bool sameWidths = labelRoom == labelRoom_ && patternOf(value) == patternOf(value_);
     value_ = value;
     labelRoom_ = labelRoom;
-    if (!sameWidths) {
+    if (sameWidths) {
+      update(figureArea());
+    } else {
       fit();
+      update();
     }
-    update();
   }
 }
 
@@ -91,15 +96,27 @@ void ValueWidget::setColorScheme(ColorScheme scheme) {
   update();
 }
 
-void ValueWidget::paintEvent(QPaintEvent*) {
+QRect ValueWidget::figureArea() const {
+  const int begin = static_cast<int>(std::floor(figureX_)) - 1;
+  return rect().adjusted(std::max(begin, 0), 0, 0, 0);
+}
+
+void ValueWidget::paintEvent(QPaintEvent* event) {
   const Palette& colors = colorsOf(scheme_);
   QPainter painter(this);
-  painter.fillRect(rect(), toColor(colors.panel));
-  if (showsLabel_) {
+  painter.fillRect(event->rect(), toColor(colors.panel));
+  if (showsLabel_ && !figureArea().contains(event->rect())) {
     paintLabel(painter, toColor(colors.secondaryText));
   }
   figure_.draw(painter, {figureX_, styleOf(style_).baseline}, toColor(colors.series(value_.color)),
                QString::fromStdString(value_.value));
+}
+
+void ValueWidget::changeEvent(QEvent* event) {
+  if (event->type() == QEvent::FontChange) {
+    fit();  // the system's font is another
+  }
+  QLabel::changeEvent(event);
 }
 
 void ValueWidget::paintLabel(QPainter& painter, const QColor& color) const {

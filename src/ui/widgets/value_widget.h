@@ -20,9 +20,9 @@ enum class ValueStyle {
 };
 
 /// One figure of a panel with its label, of fixed width. Opaque, on the panel's ground: a new
-/// figure repaints these few points alone. Nothing is ever cut: a figure that is too wide is
-/// written smaller, and in the end takes the label's place. A QLabel only to be a piece of text to
-/// whoever reads the screen aloud. Main thread.
+/// figure repaints these few points alone. A figure that is too wide is written smaller, down to 8
+/// points, and in the end takes the label's place: then there is room for a dozen digits. A QLabel
+/// only to be a piece of text to whoever reads the screen aloud. Main thread.
 class ValueWidget final : public QLabel {
  public:
   /// `width` points are the column's; the widget is wider by the gap to the next one.
@@ -48,10 +48,13 @@ class ValueWidget final : public QLabel {
 
  protected:
   void paintEvent(QPaintEvent* event) override;
+  void changeEvent(QEvent* event) override;
 
  private:
   void fit();
   bool fitBehind(double begin);
+  /// What a new figure repaints: shaping the label's letters would cost as much as all else.
+  QRect figureArea() const;
   void paintLabel(QPainter& painter, const QColor& color) const;
 
   const ValueStyle style_;

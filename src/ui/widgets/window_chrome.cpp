@@ -20,7 +20,7 @@ void putBack(QWidget& window) {
 
 WindowChrome framelessChrome() {
   // With a hint for any button, Qt would give the window a title bar for it.
-  return {Qt::Window | Qt::FramelessWindowHint, putBack};
+  return {Qt::Window | Qt::FramelessWindowHint, putBack, false};
 }
 
 }  // namespace pallimo::ui::widgets

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <memory>
 #include <optional>
 #include <thread>
@@ -47,6 +48,8 @@ TEST_F(ContentModelTest, WithoutALinkNothingIsAskedAndTheManagerStaysUnauthorise
   const auto model = create();
   platform_.mainQueue.run();
   EXPECT_FALSE(general().xpcmanager()->isAuthorized());
+  const auto said = platform_.helperConnector.journal().take();
+  EXPECT_EQ(std::count(said.begin(), said.end(), "-> isResponding"), 0);
 }
 
 TEST_F(ContentModelTest, TheManagersAnswerIsPublished) {

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "app/general_model.h"
@@ -45,6 +46,20 @@ TEST_F(CreationOrderTest, IsLogEngineModulesTitleAndLastTheAnalytics) {
                         "reference",           // analytics
                         "http",
                     }));
+}
+
+/// A manager that is there hears that a helper was installed.
+TEST_F(CreationOrderTest, TheManagerIsMadeBetweenTheEngineAndTheModules) {
+  for (const auto& [step, isThere] :
+       {std::pair("samplingResolution", false), std::pair("smc", true)}) {
+    probed_.tell = [this, step = step](const std::string& what) {
+      if (what == step) platform_.notifications.post(base::notification::kXPCDidInstall);
+    };
+    platform_.defaults.onRead = [this](std::string_view key) { probed_.tell(std::string(key)); };
+    const GeneralModel general(probed_.platform());
+    platform_.mainQueue.run();
+    EXPECT_EQ(general.xpcmanager()->isAuthorized(), isThere) << step;
+  }
 }
 
 /// Models follow "UpdateView" from their creation on, and are told in that order.

@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "fakes/fake_platform.h"
+#include "ui/addresses.h"
 #include "unit/app/probed_ports.h"
 
 namespace pallimo::app {
@@ -57,7 +58,12 @@ TEST_F(GeneralModelTest, NothingSamplesAndNobodyIsAskedByCreatingIt) {
 
 TEST_F(GeneralModelTest, TheManagerStartsAndStopsTheEngine) {
   const GeneralModel general(platform_.platform());
-  EXPECT_EQ(general.xpcmanager()->powerMetricsModelDelegate(), general.modelPowerMetrics());
+  platform_.notifications.post(base::notification::kXPCDidInstall);
+  platform_.mainQueue.run();
+  EXPECT_EQ(platform_.mainQueue.liveTimers(), 1u);
+  platform_.notifications.post(base::notification::kXPCInstallError);
+  platform_.mainQueue.run();
+  EXPECT_EQ(platform_.mainQueue.liveTimers(), 0u);
 }
 
 TEST_F(GeneralModelTest, TheEngineAsksTheManagersGate) {
@@ -137,9 +143,7 @@ TEST_F(GeneralModelTest, EachLinkOfTheMenusOpensItsOneAddress) {
   general.openStorePage();
   general.openSocialPage();
   EXPECT_EQ(platform_.desktop.urlOpener.takeOpened(),
-            (std::vector<std::string>{"mailto:support@pallimo.invalid",
-                                      "https://store.pallimo.invalid/corvix-stats",
-                                      "https://social.pallimo.invalid/pallimo"}));
+            (std::vector<std::string>{ui::kSupportAddress, ui::kStoreAddress, ui::kSocialAddress}));
 }
 
 TEST_F(GeneralModelTest, TerminatingClosesTheHelper) {

@@ -30,38 +30,35 @@ TEST(MainContent, NoUsableHelperGivesTheInstallScreen) {
 }
 
 void expectShown(const MainContentText& shown, const MainContentText& expected) {
-  EXPECT_EQ(shown.showsTitleHeader, expected.showsTitleHeader);
   EXPECT_EQ(shown.heading, expected.heading);
   EXPECT_EQ(shown.text, expected.text);
   EXPECT_EQ(shown.button, expected.button);
 }
 
 TEST(MainContentText, ARefusalIsItsTextAlone) {
-  expectShown(mainContentText(MainContent::refusal, false),
-              {false, "",
-               "This app is only for Apple Silicon Cores.\nIt is not working on Intel Cores", ""});
-}
-
-TEST(MainContentText, LiveContentHasATitleHeaderAndNeitherTextNorButton) {
-  expectShown(mainContentText(MainContent::live, false), {true, "", "", ""});
-}
-
-TEST(MainContentText, AnUpdateHasItsTextAndAButtonBelowTheTitleHeader) {
   expectShown(
-      mainContentText(MainContent::update, false),
-      {true, "", "\nThe Pallimo Powermetrics Helper need being updated\n", "Update Helper"});
+      mainContentText(MainContent::refusal, false),
+      {"", "This app is only for Apple Silicon Cores.\nIt is not working on Intel Cores", ""});
+}
+
+TEST(MainContentText, LiveContentHasNeitherTextNorButton) {
+  expectShown(mainContentText(MainContent::live, false), {"", "", ""});
+}
+
+TEST(MainContentText, AnUpdateHasItsTextAndAButton) {
+  expectShown(mainContentText(MainContent::update, false),
+              {"", "\nThe Pallimo Powermetrics Helper need being updated\n", "Update Helper"});
 }
 
 TEST(MainContentText, AnUpdateThatWasAskedForHasNoButton) {
   expectShown(mainContentText(MainContent::update, true),
-              {true, "", "\nThe Pallimo Powermetrics Helper need being updated\n", ""});
+              {"", "\nThe Pallimo Powermetrics Helper need being updated\n", ""});
 }
 
-TEST(MainContentText, AnInstallationHasAHeadingItsTextAndAButtonBelowTheTitleHeader) {
-  expectShown(
-      mainContentText(MainContent::install, false),
-      {true, "Welcome", "\nBefore to start you need to install the Pallimo Powermetrics Helper\n",
-       "Install Helper"});
+TEST(MainContentText, AnInstallationHasAHeadingItsTextAndAButton) {
+  expectShown(mainContentText(MainContent::install, false),
+              {"Welcome", "\nBefore to start you need to install the Pallimo Powermetrics Helper\n",
+               "Install Helper"});
 }
 
 TEST(MainContentText, AHiddenUpdateButtonHidesNothingElse) {

@@ -3,6 +3,8 @@
 
 // Logs that follow each other faster than they are written.
 
+#include <set>
+#include <string>
 #include <utility>
 
 #include "unit/logging/log_file_model_fixture.h"
@@ -52,6 +54,19 @@ TEST(LogFileModelOverlap, EachNoticeNamesItsOwnFile) {
   f.settle();
   EXPECT_EQ(endings(f),
             (Texts{"Saved at: " + std::string(kFirst), "Saved at: " + std::string(kSecond)}));
+}
+
+TEST(LogFileModelOverlap, NoNoticeReplacesAnother) {
+  Fixture f;
+  for (int logs = 0; logs < 2; ++logs) {
+    f.start();
+    f.stop();
+  }
+  f.settle();
+  std::set<std::string> identifiers;
+  for (const auto& each : f.notifications.added()) identifiers.insert(each.identifier);
+  EXPECT_EQ(f.notifications.added().size(), 4u);
+  EXPECT_EQ(identifiers.size(), 4u);
 }
 
 TEST(LogFileModelOverlap, TheEndOfTheOlderLogTakesNothingFromTheNewerOne) {

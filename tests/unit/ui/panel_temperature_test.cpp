@@ -5,6 +5,7 @@
 
 #include <limits>
 
+#include "ui/graph_geometry.h"
 #include "ui/panel.h"
 #include "unit/ui/panel_drawing.h"
 
@@ -110,6 +111,17 @@ TEST(TemperaturePanel, AMachineWithoutSensorsSaysSo) {
   model.GPUAvg = kNan;
   EXPECT_EQ(columnsOf(celsius(model)), (Drawing{"85: CORE/AVG nan cyan", "65: CORE/MAX -1 blue",
                                                 "65: CORE/MIN -1 purple", "80: GPU/AVG nan pink"}));
+}
+
+TEST(TemperaturePanel, AnAverageThatIsNotANumberIsAGapInItsLineAlone) {
+  modules::ModuleModelTemperature::Snapshot model = twoSamples();
+  model.historicCPUAvg = history({50, 51, kNan, std::numeric_limits<double>::infinity(), 52, 53});
+  const GraphView graph = celsius(model).graph;
+  const auto pieces = curve(graph.datas[2].data, 300, 72);
+  ASSERT_EQ(pieces.size(), 2u);
+  EXPECT_EQ(pieces[0].back().x, 299);
+  EXPECT_EQ(pieces[1].front().x, 296);
+  EXPECT_EQ(curve(graph.datas[1].data, 300, 72).size(), 1u);
 }
 
 TEST(TemperaturePanel, NoOtherSettingChangesIt) {

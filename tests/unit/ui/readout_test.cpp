@@ -118,7 +118,7 @@ struct ReadoutFixture {
     for (int i = 0; i < 3; ++i) times.add(start + seconds(10 * i));
   }
   std::optional<Readout> at(double x) {
-    return readoutAt(x, 300, warmPanel(), times, start + seconds(22));
+    return readoutAt(x, 300, warmPanel(), times.newestFirst(), start + seconds(22));
   }
 };
 

@@ -10,6 +10,8 @@
 namespace pallimo::ui {
 namespace {
 
+using Times = std::vector<SampleTimes::TimePoint>;
+
 SampleTimes::TimePoint second(int number) {
   return SampleTimes::TimePoint(std::chrono::seconds(number));
 }
@@ -19,34 +21,27 @@ TEST(SampleTimes, TheNewestIsIndexZero) {
   times.add(second(1));
   times.add(second(2));
   times.add(second(4));
-  EXPECT_EQ(times.at(0), second(4));
-  EXPECT_EQ(times.at(1), second(2));
-  EXPECT_EQ(times.at(2), second(1));
+  EXPECT_EQ(times.newestFirst(), (Times{second(4), second(2), second(1)}));
 }
 
-TEST(SampleTimes, ASampleThatIsNotThereHasNoTime) {
-  SampleTimes times;
-  EXPECT_EQ(times.at(0), std::nullopt);
-  times.add(second(1));
-  EXPECT_EQ(times.at(1), std::nullopt);
-}
+TEST(SampleTimes, AreNoneBeforeTheFirstSample) { EXPECT_TRUE(SampleTimes().newestFirst().empty()); }
 
 TEST(SampleTimes, KeepsTheNewestThreeHundredAndFifty) {
   SampleTimes times;
   for (int i = 1; i <= 1000; ++i) times.add(second(i));
-  EXPECT_EQ(times.at(0), second(1000));
-  EXPECT_EQ(times.at(349), second(651));
-  EXPECT_EQ(times.at(350), std::nullopt);
+  const Times kept = times.newestFirst();
+  ASSERT_EQ(kept.size(), 350u);
+  EXPECT_EQ(kept.front(), second(1000));
+  EXPECT_EQ(kept.back(), second(651));
 }
 
 TEST(SampleTimes, ClearingForgetsAll) {
   SampleTimes times;
   for (int i = 1; i <= 400; ++i) times.add(second(i));
   times.clear();
-  EXPECT_EQ(times.at(0), std::nullopt);
+  EXPECT_TRUE(times.newestFirst().empty());
   times.add(second(7));
-  EXPECT_EQ(times.at(0), second(7));
-  EXPECT_EQ(times.at(1), std::nullopt);
+  EXPECT_EQ(times.newestFirst(), Times{second(7)});
 }
 
 TEST(SampleTimes, MayBeReadWhileAnotherThreadWrites) {
@@ -60,13 +55,13 @@ TEST(SampleTimes, MayBeReadWhileAnotherThreadWrites) {
   });
   auto last = second(0);
   for (int i = 0; i < 2000; ++i) {
-    const auto newest = times.at(0);
-    if (!newest) continue;
-    EXPECT_GE(*newest, last);
-    last = *newest;
+    const Times newest = times.newestFirst();
+    if (newest.empty()) continue;
+    EXPECT_GE(newest.front(), last);
+    last = newest.front();
   }
   writer.join();
-  EXPECT_EQ(times.at(0), second(2001));
+  EXPECT_EQ(times.newestFirst(), Times{second(2001)});
 }
 
 }  // namespace

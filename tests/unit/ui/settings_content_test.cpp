@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <functional>
 #include <vector>
 
 #include "fakes/memory_user_defaults.h"
@@ -26,10 +27,17 @@ TEST(SettingsTabs, AreGeneralAndExtraInThatOrder) {
   EXPECT_EQ(kSettingsTabs[1].symbol, "rectangle.grid.1x2");
 }
 
+TEST(SettingsTabs, AreEqualAndHashedByCase) {
+  const std::hash<SettingsTab> hash;
+  EXPECT_NE(SettingsTab::general, SettingsTab::extra);
+  EXPECT_NE(hash(SettingsTab::general), hash(SettingsTab::extra));
+  EXPECT_EQ(hash(SettingsTab::extra), hash(kSettingsTabs[1].tab));
+}
+
 TEST(GeneralSettings, AreLabelled) {
   EXPECT_EQ(kTemperatureHeading, "Temperature:");
   EXPECT_EQ(kLogFileHeading, "Log File location:");
-  EXPECT_EQ(kSelectFolder, "Select");
+  EXPECT_STREQ(kSelectFolder, "Select");
 }
 
 TEST(TemperatureChoices, AreCelciusAndFahrenheit) {

@@ -11,6 +11,7 @@
 #include <string>
 #include <thread>
 
+#include "unit/adapters/qt/complaints.h"
 #include "unit/adapters/qt/event_loop.h"
 
 namespace pallimo::adapters::qt {
@@ -81,6 +82,19 @@ TEST_F(QtUserDefaultsTest, AFileWrittenByHandReads) {
   EXPECT_TRUE(defaults.boolForKey("gpuFrequency"));
   EXPECT_EQ(defaults.doubleForKey("samplingResolution"), 250.5);
   EXPECT_EQ(defaults.textForKey("pathFolderLocation"), "/tmp/a, b");
+}
+
+TEST_F(QtUserDefaultsTest, AnEntryWithoutAKeyIsPassedOver) {
+  write("=%zz\n[General]\n=1\ncount=2\n");
+  const Complaints complaints;
+  {
+    QtUserDefaults defaults(file());
+    EXPECT_EQ(defaults.integerForKey("count"), 2);
+    EXPECT_FALSE(defaults.contains(""));
+    defaults.setInteger("count", 3);
+  }
+  EXPECT_EQ(QtUserDefaults(file()).integerForKey("count"), 3);
+  EXPECT_EQ(complaints.count(), 0u);
 }
 
 TEST_F(QtUserDefaultsTest, AChangeIsWrittenFromTheEventLoop) {

@@ -15,21 +15,6 @@
 namespace pallimo::ui::widgets {
 namespace {
 
-/// A window without anything in it, and what its system's rules were applied to.
-class EmptyWindow final : public AppWindow {
- public:
-  explicit EmptyWindow(int& applied)
-      : AppWindow({framelessChrome().flags, [&applied](QWidget& window) {
-                     ++applied;
-                     framelessChrome().applyRules(window);
-                   }}) {
-    resize(100, 100);
-  }
-
- protected:
-  void showColorScheme() override {}
-};
-
 QPalette systemPalette(ColorScheme scheme) {
   return QPalette(scheme == ColorScheme::dark ? QColor(40, 40, 40) : QColor(230, 230, 230));
 }
@@ -101,38 +86,6 @@ TEST_F(AppWindowTest, KeepsASchemeThatWasSetUntilItIsTakenBack) {
   window().setColorScheme(std::nullopt);
   EXPECT_EQ(window().colorScheme(), ColorScheme::light);
   EXPECT_EQ(ground(), toColor(colorsOf(ColorScheme::light).window));
-}
-
-TEST_F(AppWindowTest, AppliesTheRulesEachTimeItIsAboutToBeRedrawn) {
-  int applied = 0;
-  EmptyWindow empty(applied);
-  showAndWait(empty);
-  EXPECT_GT(applied, 0);
-  const int before = applied;
-  empty.update();
-  settle();
-  EXPECT_GT(applied, before);
-}
-
-TEST_F(AppWindowTest, LeavesFullScreenAndZoomAtOnce) {
-  int applied = 0;
-  EmptyWindow empty(applied);
-  showAndWait(empty);
-  for (const auto state : {Qt::WindowFullScreen, Qt::WindowMaximized}) {
-    empty.setWindowState(state);
-    settle();
-    EXPECT_EQ(empty.windowState() & (Qt::WindowFullScreen | Qt::WindowMaximized),
-              Qt::WindowStates());
-  }
-}
-
-TEST_F(AppWindowTest, StaysMinimisedForAllTheRules) {
-  int applied = 0;
-  EmptyWindow empty(applied);
-  showAndWait(empty);
-  empty.showMinimized();
-  settle();
-  EXPECT_TRUE(empty.isMinimized());
 }
 
 }  // namespace

@@ -11,6 +11,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
+#include <QTranslator>
 #include <functional>
 
 #include "unit/ui/widgets/qt_messages.h"
@@ -60,6 +61,31 @@ TEST_F(FolderChooserTest, OffersFoldersAloneFromTheGivenOneOn) {
   EXPECT_TRUE(dialog.testOption(QFileDialog::ShowDirsOnly));
   EXPECT_EQ(dialog.directory(), QDir(folder_.path()));
   EXPECT_EQ(dialog.labelText(QFileDialog::Accept), "Select");
+}
+
+TEST_F(FolderChooserTest, HasNoButtonThatZooms) {
+  QFileDialog dialog;
+  prepareFolderDialog(dialog, folder());
+  EXPECT_TRUE(dialog.windowFlags().testFlag(Qt::CustomizeWindowHint));
+  EXPECT_FALSE(dialog.windowFlags().testFlag(Qt::WindowMaximizeButtonHint));
+  EXPECT_TRUE(dialog.windowFlags().testFlag(Qt::WindowCloseButtonHint));
+}
+
+class Translation : public QTranslator {
+ public:
+  QString translate(const char*, const char* text, const char*, int) const override {
+    return QString(text) == "Select" ? "Auswählen" : QString();
+  }
+  bool isEmpty() const override { return false; }
+};
+
+TEST_F(FolderChooserTest, NamesItsButtonInTheUsersLanguage) {
+  Translation translation;
+  QCoreApplication::installTranslator(&translation);
+  QFileDialog dialog;
+  prepareFolderDialog(dialog, folder());
+  EXPECT_EQ(dialog.labelText(QFileDialog::Accept), "Auswählen");
+  QCoreApplication::removeTranslator(&translation);
 }
 
 TEST_F(FolderChooserTest, TellsOfACancelledChoice) {

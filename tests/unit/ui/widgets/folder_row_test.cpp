@@ -77,6 +77,18 @@ TEST_F(FolderRowTest, DrawsTheDesktopsIconOfThatFolderInSixteenPoints) {
   EXPECT_NE(image.pixelColor(8, 0), QColor(Qt::green));
 }
 
+TEST_F(FolderRowTest, AsksForTheIconOfTheSameFolderAgain) {
+  QPixmap green(64, 64);
+  green.fill(Qt::green);
+  QIcon icon;
+  FolderRow row([&](const QString&) { return icon; }, nullptr);
+  row.resize(290, FolderRow::kHeight);
+  row.setFolder("/logs");
+  icon = QIcon(green);
+  row.setFolder("/logs");
+  EXPECT_EQ(pictureOf(row, 1).toImage().pixelColor(8, 10), QColor(Qt::green));
+}
+
 TEST_F(FolderRowTest, TakesTheThemesIconIfThereIsATheme) {
   EXPECT_EQ(themeFolderIcon("/logs").isNull(), !QIcon::hasThemeIcon("folder"));
 }

@@ -7,8 +7,11 @@
 
 #include <QAbstractItemView>
 #include <QApplication>
+#include <QToolTip>
 #include <QWheelEvent>
 
+#include "ui/widgets/colors.h"
+#include "unit/ui/widgets/kept_picture.h"
 #include "unit/ui/widgets/settings_window_fixture.h"
 
 namespace pallimo::ui::widgets {
@@ -30,6 +33,36 @@ TEST_F(GeneralSettingsViewTest, ShowsTheDefaultsWhenNothingIsStored) {
   EXPECT_EQ(shownFolder(), "/home/me/Desktop");
   EXPECT_FALSE(defaults_.contains(settings_key::kTemperatureUnit));
   EXPECT_FALSE(defaults_.contains(settings_key::kPathFolderLocation));
+}
+
+TEST_F(GeneralSettingsViewTest, PutsWhatBelongsToAHeadingBelowItAndIndented) {
+  shown();
+  GeneralSettingsView& page = window().general();
+  const QLabel& unit = heading(page, "Temperature:");
+  const QLabel& logFile = heading(page, "Log File location:");
+  // From top to bottom; the divider is a line, and paints in no widget of its own.
+  EXPECT_LT(unit.geometry().bottom(), temperature().y());
+  EXPECT_LT(temperature().geometry().bottom(), logFile.y());
+  EXPECT_LT(logFile.geometry().center().y(), page.folder().geometry().center().y());
+  EXPECT_LT(page.folder().geometry().center().y(), page.select().y());
+  EXPECT_EQ(unit.x(), logFile.x());
+  for (const QWidget* control :
+       std::vector<QWidget*>{&temperature(), &page.folder(), &page.select()}) {
+    EXPECT_GT(control->x(), unit.x());
+  }
+  const QColor divider = toColor(colorsOf(ColorScheme::light).divider);
+  window().setColorScheme(ColorScheme::light);
+  const QImage image = pictureOf(page, 1).toImage();
+  std::vector<int> dividers;
+  for (int y = 0; y < image.height(); ++y) {
+    if (image.pixelColor(unit.x() + 1, y) == divider &&
+        image.pixelColor(page.width() - unit.x() - 2, y) == divider) {
+      dividers.push_back(y);
+    }
+  }
+  ASSERT_EQ(dividers.size(), 1u);
+  EXPECT_GT(dividers[0], temperature().geometry().bottom());
+  EXPECT_LT(dividers[0], logFile.y());
 }
 
 TEST_F(GeneralSettingsViewTest, OffersTwoTemperatureUnits) {
@@ -93,6 +126,8 @@ TEST_F(GeneralSettingsViewTest, ShowsTheModelsFolderWhenTheStoredOneIsGone) {
   shown();
   EXPECT_EQ(shownFolder(), "/models");
   EXPECT_EQ(storedFolder(), "/gone");
+  pressSelect();
+  EXPECT_EQ(choosersOpenedIn_, std::vector<std::string>{"/models"});
 }
 
 TEST_F(GeneralSettingsViewTest, ShowsTheDesktopWhenThereIsNoOtherFolder) {
@@ -102,6 +137,27 @@ TEST_F(GeneralSettingsViewTest, ShowsTheDesktopWhenThereIsNoOtherFolder) {
   EXPECT_EQ(storedFolder(), "/gone");
 }
 
+TEST_F(GeneralSettingsViewTest, ADesktopThatIsMissingWhenTheWindowIsShownStopsTheProgram) {
+  desktopFolder_ = std::nullopt;
+  window();
+  EXPECT_DEATH(window().present(), "There is no desktop folder\\.\n$");
+}
+
+TEST_F(GeneralSettingsViewTest, LooksForTheFolderAgainWhenTheUserComesBack) {
+  folders_.push_back("/logs");
+  defaults_.setText(settings_key::kPathFolderLocation, "/logs");
+  shown();
+  QWidget other;
+  other.show();
+  other.activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&other));
+  folders_.pop_back();
+  EXPECT_EQ(shownFolder(), "/logs");
+  window().activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&window()));
+  EXPECT_EQ(shownFolder(), "/home/me/Desktop");
+}
+
 TEST_F(GeneralSettingsViewTest, SelectOpensTheChooserInTheFolderThatIsShown) {
   folders_.push_back("/logs");
   defaults_.setText(settings_key::kPathFolderLocation, "/logs");
@@ -109,6 +165,15 @@ TEST_F(GeneralSettingsViewTest, SelectOpensTheChooserInTheFolderThatIsShown) {
   EXPECT_EQ(window().general().select().text(), "Select");
   pressSelect();
   EXPECT_EQ(choosersOpenedIn_, std::vector<std::string>{"/logs"});
+}
+
+TEST_F(GeneralSettingsViewTest, TellsTheWholeOfALongPathToTheKeyboard) {
+  modelFolder_ = "/" + std::string(200, 'x');
+  shown();
+  window().general().select().setFocus(Qt::TabFocusReason);
+  EXPECT_TRUE(QToolTip::text().contains(QString::fromStdString(*modelFolder_)));
+  window().setFocus();
+  EXPECT_TRUE(QTest::qWaitFor([] { return QToolTip::text().isEmpty(); }, 60'000));
 }
 
 TEST_F(GeneralSettingsViewTest, AConfirmedFolderIsStoredAndShown) {

@@ -23,6 +23,22 @@ TEST_F(GPUSettingsViewTest, LabelsItsToggles) {
   EXPECT_EQ(window().extra().toggle("another"), nullptr);
 }
 
+TEST_F(GPUSettingsViewTest, PutsTheTogglesOfAGroupBelowItsHeadingAndIndented) {
+  shownExtra();
+  const QLabel& utilization = heading(window().extra(), "Utilization:");
+  const QLabel& frequency = heading(window().extra(), "Frequency:");
+  std::vector<int> middles;
+  for (const QWidget* widget :
+       std::initializer_list<const QWidget*>{&utilization, &toggle(settings_key::kGpuUtilization),
+                                             &toggle(settings_key::kShowEPUtilization), &frequency,
+                                             &toggle(settings_key::kGpuFrequency)}) {
+    middles.push_back(widget->geometry().center().y());
+  }
+  EXPECT_TRUE(std::is_sorted(middles.begin(), middles.end()));
+  EXPECT_EQ(utilization.x(), frequency.x());
+  for (const char* key : kKeys) EXPECT_GT(toggle(key).x(), utilization.x());
+}
+
 TEST_F(GPUSettingsViewTest, ShowsAllTogglesOffWhenNothingIsStored) {
   shownExtra();
   for (const char* key : kKeys) EXPECT_FALSE(toggle(key).isChecked()) << key;

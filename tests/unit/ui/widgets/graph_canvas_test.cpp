@@ -21,7 +21,7 @@ QImage paintedAnew(const GraphView& graph, int ratio, ColorScheme scheme = Color
                    QSize box = kBox) {
   GraphCanvas canvas;
   canvas.draw(graph, box, ratio, scheme);
-  return canvas.image();
+  return canvas.image().copy();  // the canvas ends here
 }
 
 class GraphCanvasAt : public testing::TestWithParam<int> {

@@ -29,9 +29,9 @@ class GraphOverlays : public testing::Test {
  protected:
   GraphOverlays() : application_(testApplication()) {}
 
-  void show(const Readout& readout) {
+  void show(const Readout& readout, ColorScheme scheme = ColorScheme::light) {
     parent_.resize(346, 82);
-    overlay_->showReadout(readout, kBox, ColorScheme::light);
+    overlay_->showReadout(readout, kBox, scheme);
   }
   QImage picture(int ratio = 1) {
     QPixmap image(overlay_->size() * ratio);
@@ -69,6 +69,22 @@ TEST_F(GraphOverlays, DrawALineOverTheWholeHeightOfTheBox) {
   }
   EXPECT_EQ(image.pixelColor(50, kBox.top() - 1), QColor(Qt::white));
   EXPECT_EQ(image.pixelColor(48, 10), QColor(Qt::white));
+}
+
+TEST_F(GraphOverlays, DrawLineAndBubbleInTheSchemesColoursAtTwiceTheDensity) {
+  show(readoutAtX(50, 1), ColorScheme::dark);
+  const QImage image = picture(2);
+  const Palette& colors = colorsOf(ColorScheme::dark);
+  const QColor line = blended(Qt::white, toColor(colors.text), 0.4);
+  for (const int x : {100, 101}) {
+    EXPECT_NEAR(image.pixelColor(x, 2 * kBox.top()).green(), line.green(), 1) << x;
+    EXPECT_NEAR(image.pixelColor(x, 2 * kBox.bottom() + 1).green(), line.green(), 1) << x;
+  }
+  EXPECT_EQ(image.pixelColor(99, 20), QColor(Qt::white));
+  EXPECT_EQ(image.pixelColor(102, 20), QColor(Qt::white));
+  const QRect bubble = overlay_->bubble();
+  EXPECT_EQ(image.pixelColor((bubble.topLeft() + QPoint(bubble.width() / 2, 2)) * 2),
+            toColor(colors.window));
 }
 
 TEST_F(GraphOverlays, KeepTheLineInTheBoxAtItsRightEdge) {

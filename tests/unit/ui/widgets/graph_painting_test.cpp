@@ -29,11 +29,11 @@ class GraphPainting : public testing::Test {
     graph_.datas = {{"", data, SeriesColor::blue}};
     return paintedAt(ratio);
   }
-  QImage paintedAt(int ratio) {
+  QImage paintedAt(int ratio, ColorScheme scheme = kScheme) {
     QImage image(kBox * ratio, QImage::Format_RGB32);
     QPainter painter(&image);
     painter.scale(ratio, ratio);
-    paintColumns(painter, graph_, kBox, ratio, kScheme, {0, kBox.width()});
+    paintColumns(painter, graph_, kBox, scheme, {0, kBox.width()});
     return image;
   }
   static bool isBlank(const QImage& image, const QRect& part) {
@@ -83,6 +83,19 @@ TEST_F(GraphPainting, DrawsLinesOnePointWideAtTwiceTheDensity) {
   EXPECT_EQ(image.pixelColor(78, 60), kGrid);
 }
 
+TEST_F(GraphPainting, ShowsOutlineAndGridAtATenthInBothSchemes) {
+  for (const ColorScheme scheme : {ColorScheme::light, ColorScheme::dark}) {
+    const QColor ground = toColor(colorsOf(scheme).panel);
+    const QColor grid = toColor(colorsOf(scheme).grid);
+    const QImage image = paintedAt(1, scheme);
+    EXPECT_EQ(image.pixelColor(20, 10), ground);
+    for (const QPoint on : {QPoint(20, 0), QPoint(20, 20), QPoint(20, 59), QPoint(0, 10)}) {
+      const double expected = ground.green() + 0.1 * (grid.green() - ground.green());
+      EXPECT_NEAR(image.pixelColor(on).green(), expected, 1) << on.x() << ' ' << on.y();
+    }
+  }
+}
+
 TEST_F(GraphPainting, DrawsTheOutlineAloneForOneLabel) {
   graph_.axisLabels = {"0"};
   const QImage image = paintedAt(1);
@@ -105,6 +118,14 @@ TEST_F(GraphPainting, BeginsAtTheRightEdgeAndGoesLeftAPointAValue) {
   // One and a half points around 30: the row above and the row below, each three quarters.
   EXPECT_EQ(image.pixelColor(38, 29), image.pixelColor(38, 30));
   EXPECT_NEAR(image.pixelColor(38, 29).red(), 255 - (255 - blue.red()) * 0.75, 2);
+}
+
+TEST_F(GraphPainting, DrawsSeriesOneAndAHalfPointsWide) {
+  const QImage image = painted({0.5, 0.5, 0.5, 0.5, 0.5}, 2);
+  const double blue = toColor(colorsOf(kScheme).blue).red();
+  double pixels = 0;
+  for (int y = 50; y < 70; ++y) pixels += (255 - image.pixelColor(74, y).red()) / (255 - blue);
+  EXPECT_NEAR(pixels, 3, 0.05);
 }
 
 TEST_F(GraphPainting, PutsOneOnTheTopEdgeAndZeroOnTheBottomEdge) {

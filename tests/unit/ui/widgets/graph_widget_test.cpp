@@ -5,75 +5,12 @@
 
 #include <gtest/gtest.h>
 
-#include <QImage>
-#include <QPixmap>
-#include <cmath>
-#include <utility>
-
 #include "ui/widgets/colors.h"
-#include "ui/widgets/graph_overlay.h"
-#include "unit/ui/widgets/random_graph.h"
-#include "unit/ui/widgets/shown_widget.h"
-#include "unit/ui/widgets/test_application.h"
+#include "ui/widgets/fonts.h"
+#include "unit/ui/widgets/graph_widget_fixture.h"
 
 namespace pallimo::ui::widgets {
 namespace {
-
-constexpr QSize kSize(346, 102);
-
-QImage picture(QWidget& widget, double ratio) {
-  QPixmap image((QSizeF(widget.size()) * ratio).toSize());
-  image.setDevicePixelRatio(ratio);
-  widget.render(&image);
-  return image.toImage();
-}
-
-/// A widget of its own, held by the fixture so that the application is there before it.
-struct Shown {
-  Shown() {
-    widget.resize(kSize);
-    random.addSamples(400);
-    widget.setGraph(random.graph());
-  }
-  GraphWidget widget;
-  RandomGraph random{5};
-};
-
-class GraphWidgets : public testing::Test {
- protected:
-  GraphWidgets() : application_(testApplication()) {}
-
-  GraphWidget& widget() { return shown_.widget; }
-  GraphView& graph() { return shown_.random.graph(); }
-  void addSample() {
-    shown_.random.addSamples(1);
-    widget().setGraph(graph());
-    settle();
-  }
-  QImage paintedAnew(double ratio) {
-    GraphWidget another;
-    another.resize(kSize);
-    another.setGraph(graph());
-    return picture(another, ratio);
-  }
-  /// Tells a figure everywhere but in the ten leftmost points.
-  void useReadout() {
-    widget().setReadoutSource([this](double x, double width) -> std::optional<Readout> {
-      asked_.emplace_back(x, width);
-      if (x < 10) return std::nullopt;
-      return Readout{std::round(x), {{"PKG", "14.31", SeriesColor::blue}}, "12 s ago"};
-    });
-  }
-  void moveTo(QPoint point) {
-    QTest::mouseMove(&widget(), point);
-    settle();
-  }
-  bool showsReadout() { return widget().overlay().isVisibleTo(&widget()); }
-
-  QApplication& application_;
-  Shown shown_;
-  std::vector<std::pair<double, double>> asked_;
-};
 
 TEST_F(GraphWidgets, LeaveRoomForTheLabelsAroundTheBox) {
   EXPECT_EQ(widget().box(), QRect(0, 5, 316, 92));
@@ -103,6 +40,18 @@ TEST_F(GraphWidgets, RepaintTheBoxAloneWhenASampleComes) {
   PaintLog log(widget());
   addSample();
   EXPECT_EQ(log.painted(), std::vector{widget().box()});
+}
+
+TEST_F(GraphWidgets, RepaintNothingWhenTheGraphLooksAsBefore) {
+  showAndWait(widget());
+  PaintLog log(widget());
+  for (GraphData& series : graph().datas) {
+    series.id += "another";
+    series.data.back() += 0.5;  // left of the box
+  }
+  widget().setGraph(graph());
+  settle();
+  EXPECT_TRUE(log.painted().empty());
 }
 
 TEST_F(GraphWidgets, RepaintTheLabelsWhenTheyChange) {
@@ -151,6 +100,40 @@ TEST_F(GraphWidgets, PaintEverythingEachTimeAtADensityThatIsNoWholeNumber) {
   EXPECT_EQ(widget().counts().moved, before.moved);
 }
 
+/// The lengths of the runs of the grid's colour along a line of pixels.
+std::vector<int> gridRuns(const QImage& image, QPoint from, QPoint step) {
+  const Palette& colors = colorsOf(ColorScheme::light);
+  const QColor grid = blended(toColor(colors.panel), toColor(colors.grid), 0.1);
+  std::vector<int> runs;
+  bool inRun = false;
+  for (QPoint at = from; image.rect().contains(at); at += step) {
+    const bool isGrid = image.pixelColor(at) == grid;
+    if (isGrid && !inRun) runs.push_back(0);
+    if (isGrid) ++runs.back();
+    inRun = isGrid;
+  }
+  return runs;
+}
+
+TEST_F(GraphWidgets, KeepTheGridCrispWhereverBetweenThePixelsTheyStand) {
+  for (const double ratio : {1.25, 1.5, 1.75, 2.5}) {
+    for (const QPoint place : {QPoint(0, 0), QPoint(1, 1), QPoint(2, 3), QPoint(13, 53)}) {
+      QWidget parent;
+      parent.resize(380, 170);
+      auto* child = new GraphWidget(&parent);
+      child->setGeometry(QRect(place, widget().size()));
+      child->setGraph({{"30", "25", "20", "15", "10", "5", "0"}, {}});
+      const QImage image = picture(parent, ratio);
+      const QPoint inABand = ((QPointF(place) + QPointF(100, 12)) * ratio).toPoint();
+      const int width = static_cast<int>(ratio);
+      EXPECT_EQ(gridRuns(image, {inABand.x(), 0}, {0, 1}), std::vector<int>(7, width))
+          << ratio << " at " << place.y();
+      EXPECT_EQ(gridRuns(image, {0, inABand.y()}, {1, 0}), std::vector<int>(2, width))
+          << ratio << " at " << place.x();
+    }
+  }
+}
+
 TEST_F(GraphWidgets, StayWithinTheBoxAtADensityThatIsNoWholeNumber) {
   graph() = {{"1", "0"}, {{"", {3, -3, 3, -3}, SeriesColor::blue}}};
   widget().setGraph(graph());
@@ -180,6 +163,14 @@ std::vector<int> writtenRows(const QImage& image, int column) {
   return rows;
 }
 
+/// Whether something is written in the upper fifth of a column.
+bool isWritten(const QImage& image, int column) {
+  for (int y = 0; y < image.height() / 5; ++y) {
+    if (image.pixelColor(column, y) != Qt::white) return true;
+  }
+  return false;
+}
+
 TEST_F(GraphWidgets, WriteEachLabelInTheMiddleOfItsGridLine) {
   for (const std::size_t position : {0u, 1u, 2u}) {
     graph() = {{"", "", ""}, {}};
@@ -195,13 +186,23 @@ TEST_F(GraphWidgets, WriteEachLabelInTheMiddleOfItsGridLine) {
   }
 }
 
+TEST_F(GraphWidgets, WriteTheLabelsInTheSystemsFootnoteFont) {
+  graph() = {{"8", " "}, {}};
+  widget().setGraph(graph());
+  const auto rows = writtenRows(picture(widget(), 4), 4 * 317);
+  ASSERT_FALSE(rows.empty());
+  const double height = QFontMetricsF(systemFont(10)).tightBoundingRect("8").height();
+  EXPECT_NEAR((rows.back() - rows.front() + 1) / 4.0, height, 1);
+}
+
 TEST_F(GraphWidgets, BeginTheLabelsFourPointsRightOfTheBox) {
   graph() = {{"8", " "}, {}};
   widget().setGraph(graph());
-  const QImage image = picture(widget(), 1);
-  int first = 316;
-  while (first < image.width() && image.pixelColor(first, 5) == Qt::white) ++first;
-  EXPECT_NEAR(first, 320, 2);
+  const QImage image = picture(widget(), 4);
+  int first = 4 * 317;
+  while (first < image.width() && !isWritten(image, first)) ++first;
+  const double bearing = QFontMetricsF(systemFont(10)).tightBoundingRect("8").left();
+  EXPECT_NEAR(first / 4.0, 320 + bearing, 0.75);
 }
 
 TEST_F(GraphWidgets, CutNoLabel) {
@@ -213,61 +214,6 @@ TEST_F(GraphWidgets, CutNoLabel) {
       ASSERT_EQ(image.pixelColor(image.width() - 1, y), QColor(Qt::white)) << label;
     }
   }
-}
-
-TEST_F(GraphWidgets, TellWhatIsUnderThePointer) {
-  useReadout();
-  showAndWait(widget());
-  moveTo({100, 50});
-  EXPECT_TRUE(showsReadout());
-  ASSERT_FALSE(asked_.empty());
-  EXPECT_EQ(asked_.back(), std::pair(100.0, 316.0));
-}
-
-TEST_F(GraphWidgets, TellNothingBesideTheBoxOrWhereNoSampleIs) {
-  useReadout();
-  showAndWait(widget());
-  moveTo({100, 50});
-  moveTo({330, 50});
-  EXPECT_FALSE(showsReadout());
-  moveTo({100, 50});
-  EXPECT_TRUE(showsReadout());
-  moveTo({5, 50});
-  EXPECT_FALSE(showsReadout());
-}
-
-TEST_F(GraphWidgets, TellNothingOnceThePointerHasGone) {
-  useReadout();
-  showAndWait(widget());
-  moveTo({100, 50});
-  QEvent leave(QEvent::Leave);
-  QApplication::sendEvent(&widget(), &leave);
-  EXPECT_FALSE(showsReadout());
-}
-
-TEST_F(GraphWidgets, AskAnewForWhatIsUnderTheRestingPointerWhenASampleComes) {
-  useReadout();
-  showAndWait(widget());
-  moveTo({100, 50});
-  asked_.clear();
-  addSample();
-  EXPECT_EQ(asked_, (std::vector{std::pair(100.0, 316.0)}));
-}
-
-TEST_F(GraphWidgets, TellNothingWithoutASource) {
-  showAndWait(widget());
-  moveTo({100, 50});
-  EXPECT_FALSE(showsReadout());
-}
-
-TEST_F(GraphWidgets, KeepTheGraphAsItIsUnderTheReadout) {
-  useReadout();
-  showAndWait(widget());
-  const auto before = widget().counts();
-  moveTo({100, 50});
-  moveTo({120, 50});
-  EXPECT_EQ(widget().counts().whole, before.whole);
-  EXPECT_EQ(widget().counts().moved, before.moved);
 }
 
 }  // namespace

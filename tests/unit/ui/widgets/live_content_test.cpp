@@ -13,6 +13,7 @@
 #include "ui/readout.h"
 #include "ui/widgets/graph_overlay.h"
 #include "ui/widgets/graph_widget.h"
+#include "unit/ui/widgets/kept_picture.h"
 #include "unit/ui/widgets/main_window_fixture.h"
 
 namespace pallimo::ui::widgets {
@@ -52,6 +53,35 @@ TEST_F(LiveContentTest, CopiesTheValuesThatAreShownWhenTheyAreAskedFor) {
   EXPECT_EQ(done_[0], copyValuesText(later.panels));
 }
 
+TEST_F(LiveContentTest, LooksTheSameWhateverSettingsItCameFrom) {
+  std::vector<Panel> fahrenheit = examplePanels(1);
+  fahrenheit[2].title.labelRight = "℉";
+  fahrenheit[2].graph.axisLabels = {"250", "215", "180", "145", "110", "75"};
+  std::vector<Panel> pair = examplePanels(1);
+  pair[3] = examplePairPanel(1);
+  std::vector<Panel> cleared = examplePanels(1);
+  for (Panel& panel : cleared) {
+    for (GraphData& series : panel.graph.datas) series.data.clear();
+  }
+  const std::vector<std::pair<std::vector<Panel>, ColorScheme>> steps = {
+      {examplePanels(1), ColorScheme::light}, {fahrenheit, ColorScheme::light},
+      {examplePanels(1), ColorScheme::dark},  {pair, ColorScheme::dark},
+      {cleared, ColorScheme::light},          {examplePanels(1), ColorScheme::light}};
+  for (const double ratio : {1.0, 2.0}) {
+    LiveContent changed(nullptr, nullptr, nullptr);
+    for (const auto& [panels, scheme] : steps) {
+      LiveContent anew(nullptr, nullptr, nullptr);
+      for (LiveContent* content : {&changed, &anew}) {
+        content->setColorScheme(scheme);
+        content->setPanels(panels);
+        content->resize(content->sizeHint());
+      }
+      ASSERT_EQ(pictureOf(changed, ratio).toImage(), pictureOf(anew, ratio).toImage())
+          << panels[2].title.labelRight << " at " << ratio;
+    }
+  }
+}
+
 TEST_F(LiveContentTest, CopiesByKeyWhileThePanelsAreShown) {
   shownWith(liveContentAt(0));
   QTest::keyClick(&window(), Qt::Key_C, Qt::ControlModifier);
@@ -62,9 +92,9 @@ TEST_F(LiveContentTest, CopiesByKeyWhileThePanelsAreShown) {
 }
 
 TEST_F(LiveContentTest, ShowsWhatASourceTellsOfTheSampleUnderThePointer) {
-  SampleTimes times;
+  std::vector<SampleTimes::TimePoint> times;
   const auto now = SampleTimes::TimePoint(std::chrono::hours(1));
-  for (int ago = 349; ago >= 0; --ago) times.add(now - std::chrono::seconds(ago));
+  for (int ago = 0; ago < 350; ++ago) times.push_back(now - std::chrono::seconds(ago));
   std::optional<Readout> told;
   readout_ = [&](double x, double width, const Panel& panel) {
     told = readoutAt(x, width, panel, times, now);

@@ -9,6 +9,7 @@
 #include <QPixmap>
 
 #include "ui/widgets/colors.h"
+#include "ui/widgets/fonts.h"
 #include "unit/ui/widgets/example_panels.h"
 #include "unit/ui/widgets/test_application.h"
 
@@ -76,7 +77,7 @@ TEST_F(MainTitleWidgets, WriteALineSmallerThatWouldNotFit) {
   EXPECT_LT(lastWritten(image, 0, 24), image.width() - 1);
 }
 
-TEST_F(MainTitleWidgets, WriteNamesStrongerThanCounts) {
+TEST_F(MainTitleWidgets, WriteNamesInTheTextsColourAndCountsFainter) {
   const QImage image = picture(exampleTitle());
   bool strong = false;
   bool weak = false;
@@ -88,6 +89,24 @@ TEST_F(MainTitleWidgets, WriteNamesStrongerThanCounts) {
   }
   EXPECT_TRUE(strong);
   EXPECT_TRUE(weak);
+}
+
+TEST_F(MainTitleWidgets, WriteEachTextInTheFontOfItsRole) {
+  const struct {
+    FontRole role;
+    QFont font;
+  } fonts[] = {{FontRole::title2Bold, systemFont(17, QFont::Bold)},
+               {FontRole::title3Bold, systemFont(15, QFont::Bold)},
+               {FontRole::title3Medium, systemFont(15, QFont::Medium)},
+               {FontRole::headlineMedium, systemFont(13, QFont::Medium)}};
+  const QString text(12, 'n');
+  for (const auto& [role, font] : fonts) {
+    MainTitleContent content = exampleTitle();
+    content[0] = {{text.toStdString(), role}, {"", FontRole::title3Medium}};
+    EXPECT_NEAR(lastWritten(picture(content), 0, 24), QFontMetricsF(font).horizontalAdvance(text),
+                2.5)
+        << static_cast<int>(role);
+  }
 }
 
 TEST_F(MainTitleWidgets, FollowTheScheme) {

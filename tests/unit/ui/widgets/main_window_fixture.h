@@ -121,7 +121,8 @@ class MainWindowFixture : public testing::Test {
   bool isLogEnabled_ = false;
   std::vector<std::string> done_;  ///< what the app was asked to do
   std::optional<std::string> storedPlace_;
-  int looks_ = 0;  ///< how often the window asked for its content
+  int closed_ = 0;  ///< how often the window told that it was closed
+  int looks_ = 0;   ///< how often the window asked for its content
   PanelWidget::ReadoutSource readout_;
 
  private:
@@ -139,7 +140,8 @@ class MainWindowFixture : public testing::Test {
                               {note("check"), note("uninstall"), log, note("settings"),
                                note("store"), note("social"), note("contact"), note("quit")},
                               [this] { return isHelperAuthorized_; },
-                              [this](const std::string& text) { done_.push_back(text); }};
+                              [this](const std::string& text) { done_.push_back(text); },
+                              [this] { ++closed_; }};
     return {[this] {
               ++looks_;
               return content_;

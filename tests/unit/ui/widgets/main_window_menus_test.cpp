@@ -145,6 +145,14 @@ TEST_F(MainWindowMenus, MenuBarTellsTheSystemWhatItsItemsAre) {
   EXPECT_EQ(menuBarAction("Log to file")->menuRole(), QAction::NoRole);
 }
 
+TEST_F(MainWindowMenus, MenuBarHasLostWhatStoodAtTheIndicesTwoAndThree) {
+  QStringList left;
+  for (const MenuBarMenu& menu : declaredMainMenu({})) left.append(menu.title.c_str());
+  left.removeAt(3);
+  left.removeAt(2);
+  EXPECT_EQ(titlesOf(window().findChild<QMenuBar*>()->actions()), left);
+}
+
 TEST_F(MainWindowMenus, MenuBarTakesNoRoomInTheWindow) {
   shown();
   EXPECT_FALSE(window().findChild<QMenuBar*>()->isVisible());
@@ -190,6 +198,16 @@ TEST_F(MainWindowMenus, KeysMinimiseAndCloseTheWindow) {
   EXPECT_FALSE(window().isVisible());
 }
 
+TEST_F(MainWindowMenus, TellsWhenTheWindowIsClosedAndOnlyThen) {
+  shown();
+  window().showMinimized();
+  window().showNormal();
+  settle();
+  EXPECT_EQ(closed_, 0);
+  window().close();
+  EXPECT_EQ(closed_, 1);
+}
+
 TEST_F(MainWindowMenus, KeysWorkBesideTheRefusal) {
   shownWith(refusalContent());
   QTest::keyClick(&window(), Qt::Key_Q, Qt::ControlModifier);
@@ -220,6 +238,74 @@ TEST_F(MainWindowMenus, MenuBarsMenusOpenByKey) {
   closePopup();
 }
 
+TEST_F(MainWindowMenus, MenuBarsMenusLookLikeTheMoreButtons) {
+  shown();
+  QTest::keyClick(&window(), Qt::Key_F10);
+  auto* bar = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+  ASSERT_NE(bar, nullptr);
+  const QString look = bar->styleSheet();
+  for (const QMenu* menu : window().mainMenuBar().menus()) EXPECT_EQ(menu->styleSheet(), look);
+  closePopup();
+  EXPECT_EQ(openMoreMenu()->styleSheet(), look);
+  closePopup();
+}
+
+TEST_F(MainWindowMenus, MenuBarsMenusFollowTheSchemeWhileTheyAreOpen) {
+  isLogEnabled_ = true;
+  shown();
+  window().setColorScheme(ColorScheme::light);
+  QTest::keyClick(&window(), Qt::Key_F10);
+  auto* bar = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+  ASSERT_NE(bar, nullptr);
+  const QString light = bar->styleSheet();
+  const auto tick = [this] { return menuBarAction("Log to file")->icon().pixmap(12).toImage(); };
+  const QImage lightTick = tick();
+  window().setColorScheme(ColorScheme::dark);
+  EXPECT_NE(bar->styleSheet(), light);
+  EXPECT_EQ(window().mainMenuBar().menus()[2]->styleSheet(), bar->styleSheet());
+  EXPECT_NE(tick(), lightTick);
+  closePopup();
+}
+
+TEST_F(MainWindowMenus, MenuBarsOpenMenuShowsTheLogsSwitchWithATick) {
+  shown();
+  QTest::keyClick(&window(), Qt::Key_F10);
+  QAction* log = menuBarAction("Log to file");
+  EXPECT_TRUE(log->icon().isNull());
+  switchLog(true);
+  EXPECT_FALSE(log->icon().isNull());
+  switchLog(false);
+  EXPECT_TRUE(log->icon().isNull());
+  closePopup();
+}
+
+TEST_F(MainWindowMenus, TwoChangesOfATurnLeaveTheOpenMenuAtTheLastState) {
+  shown();
+  QAction* uninstall = actionNamed(openMoreMenu()->actions(), "Uninstall Helper");
+  isHelperAuthorized_ = false;
+  window().contentChanged();
+  isHelperAuthorized_ = true;
+  window().contentChanged();
+  settle();
+  EXPECT_TRUE(uninstall->isEnabled());
+  for (const bool isAuthorized : {true, false}) {
+    isHelperAuthorized_ = isAuthorized;
+    window().contentChanged();
+  }
+  settle();
+  EXPECT_FALSE(uninstall->isEnabled());
+  closePopup();
+}
+
+TEST_F(MainWindowMenus, MenuBarBelongsToTheWindowOrToAllOfThem) {
+  QWidget owner;
+  const MainMenuBar own({{"File", {}}}, owner, false);
+  EXPECT_EQ(owner.findChildren<QMenuBar*>().size(), 1);
+  const MainMenuBar shared({{"File", {}}}, owner, true);
+  EXPECT_EQ(owner.findChildren<QMenuBar*>().size(), 1);
+  EXPECT_EQ(shared.menus().size(), 1u);
+}
+
 TEST_F(MainWindowMenus, MenuBarsMenusOpenAsTheHeadersContextMenu) {
   shown();
   QContextMenuEvent event(QContextMenuEvent::Mouse, QPoint(50, 20),
@@ -237,7 +323,7 @@ TEST_F(MainWindowMenus, ASwitchThatIsRefusedStaysAsItIs) {
   MainMenuBar bar(
       {{"Logging",
         {{.title = "Log to file", .isChecked = SwitchBinding{[] { return false; }, [](bool) {}}}}}},
-      owner);
+      owner, false);
   QAction* log = bar.menus()[0]->actions()[0];
   log->trigger();
   EXPECT_FALSE(log->isChecked());

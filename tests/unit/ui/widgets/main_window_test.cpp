@@ -10,6 +10,7 @@
 #include "ui/widgets/content_screen.h"
 #include "ui/widgets/main_title_widget.h"
 #include "ui/widgets/message_text.h"
+#include "ui/widgets/window_rules.h"
 #include "unit/ui/widgets/main_window_fixture.h"
 
 namespace pallimo::ui::widgets {
@@ -97,6 +98,12 @@ TEST_F(MainWindowTest, IsAsHighAsWhatItShows) {
   EXPECT_EQ(window().height(), 224);
   change(updateContent());
   EXPECT_EQ(window().height(), 198);
+  MainWindowContent asked = updateContent();
+  asked.button = "";
+  change(asked);
+  EXPECT_EQ(window().height(), 172);
+  change(refusalContent());
+  EXPECT_EQ(window().height(), 160);
 }
 
 TEST_F(MainWindowTest, KeepsItsSizeWhileFiguresChange) {
@@ -121,6 +128,28 @@ TEST_F(MainWindowTest, HidesTheUpdateButtonAtOnce) {
   EXPECT_EQ(done_, std::vector<std::string>{"press"});
   EXPECT_EQ(shownButton(), nullptr);
   EXPECT_EQ(visibleTexts(), QStringList("\nThe Pallimo Powermetrics Helper need being updated\n"));
+  EXPECT_NE(visible<MainTitleWidget>(), nullptr);
+  EXPECT_TRUE(window().moreButton().isVisible());
+}
+
+TEST_F(MainWindowTest, LooksOnceForAPress) {
+  shownWith(installContent());
+  looks_ = 0;
+  QTest::mouseClick(shownButton(), Qt::LeftButton);
+  settle();
+  EXPECT_EQ(looks_, 1);
+}
+
+TEST_F(MainWindowTest, HasTheRulesAppliedForEachRepaintOfASample) {
+  shownWith(liveContentAt(0));
+  std::vector<QWidget*> ruled;
+  const WindowRules rules([&ruled](QWidget& window) { ruled.push_back(&window); });
+  for (int sample = 1; sample < 4; ++sample) {
+    ruled.clear();
+    change(liveContentAt(sample));
+    EXPECT_FALSE(ruled.empty());
+    for (QWidget* applied : ruled) EXPECT_EQ(applied, &window());
+  }
 }
 
 TEST_F(MainWindowTest, GivesWayToThePanelsWhenToldOfTheHelper) {

@@ -68,6 +68,15 @@ TEST_F(MenuBuilding, ShowsASwitchThatIsOnWithATick) {
   EXPECT_TRUE(row(2)->icon().isNull());
 }
 
+TEST_F(MenuBuilding, LeavesATickThatIsThereAlone) {
+  isOn_ = true;
+  fill();
+  int changes = 0;
+  QObject::connect(row(2), &QAction::changed, &menu_, [&changes] { ++changes; });
+  refreshMenu(menu_, rows(), ColorScheme::light);
+  EXPECT_EQ(changes, 0);
+}
+
 TEST_F(MenuBuilding, GreysOutWhatIsDisabled) {
   isDisabled_ = true;
   fill();

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <QAccessible>
+#include <QCursor>
 #include <QMenu>
 #include <QPixmap>
 
@@ -50,6 +51,8 @@ class MoreButtons : public testing::Test {
     return image.toImage().pixelColor(13, 4);
   }
 
+  static constexpr QPoint kOutside{200, 200};
+
   QApplication& application_;
   CountingRandom random_;
   bool isAuthorized_ = true;
@@ -69,11 +72,23 @@ TEST_F(MoreButtons, AreReadAloudAsAButton) {
 
 TEST_F(MoreButtons, LightUpUnderThePointer) {
   const Palette& colors = colorsOf(ColorScheme::light);
-  // The pointer begins in the corner of the display in which the button is shown.
-  button_->setAttribute(Qt::WA_UnderMouse, false);
+  PaintLog paints(*button_);
+  const auto movePointer = [&](QPoint place) {
+    paints.clear();
+    QCursor::setPos(button_->mapToGlobal(place));
+    return QTest::qWaitFor([&] { return !paints.painted().empty(); });
+  };
+  // The pointer begins in the corner of the display, where the button may be shown: only one that
+  // came in can go out.
+  for (const QPoint place : {QPoint(13, 10), kOutside}) {
+    QCursor::setPos(button_->mapToGlobal(place));
+    settle();
+  }
   EXPECT_EQ(groundColor(), toColor(colors.control));
-  button_->setAttribute(Qt::WA_UnderMouse);
+  EXPECT_TRUE(movePointer({13, 10}));
   EXPECT_EQ(groundColor(), toColor(colors.controlHover));
+  EXPECT_TRUE(movePointer(kOutside));
+  EXPECT_EQ(groundColor(), toColor(colors.control));
 }
 
 TEST_F(MoreButtons, ShowThreeDots) {
@@ -95,6 +110,26 @@ TEST_F(MoreButtons, OpenTheMenuAtAClick) {
   ASSERT_NE(button_->menu(), nullptr);
   EXPECT_TRUE(button_->menu()->isVisible());
   EXPECT_EQ(button_->menu()->actions().size(), 12);
+}
+
+TEST_F(MoreButtons, CloseTheMenuAtTheNextClick) {
+  for (const bool isOpen : {true, false, true, false}) {
+    QTest::mouseClick(button_->windowHandle(), Qt::LeftButton, {}, {13, 10});
+    settle();
+    EXPECT_EQ(button_->menu() != nullptr, isOpen);
+  }
+  EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
+}
+
+TEST_F(MoreButtons, CloseTheMenuWhenTheyArePressedOnceMore) {
+  QAccessibleInterface* spoken = QAccessible::queryAccessibleInterface(button_.get());
+  for (const bool isOpen : {true, false, true}) {
+    spoken->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    // Qt keeps the button down for a moment.
+    EXPECT_TRUE(QTest::qWaitFor([&] { return (button_->menu() != nullptr) == isOpen; }));
+    settle();
+  }
+  EXPECT_EQ(button_->findChildren<QMenu*>().size(), 1);
 }
 
 TEST_F(MoreButtons, OpenTheMenuFromTheKeyboard) {

@@ -7,6 +7,7 @@
 
 #include <QAccessible>
 #include <QPixmap>
+#include <QToolTip>
 
 #include "ui/widgets/colors.h"
 #include "ui/widgets/graph_overlay.h"
@@ -97,6 +98,18 @@ TEST_F(PanelWidgets, AreReadAloud) {
                                                   "ANE 0.02 watts", "GPU 1.62 watts"}));
 }
 
+TEST_F(PanelWidgets, ShowTheirHelpToTheKeyboard) {
+  const auto power = made(examplePowerPanel());
+  showAndWait(*power);
+  power->activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(power.get()));
+  power->graph().clearFocus();
+  power->graph().setFocus(Qt::TabFocusReason);
+  EXPECT_EQ(QToolTip::text(), "Power in Watts. Data from powermetrics");
+  power->graph().clearFocus();
+  EXPECT_TRUE(QTest::qWaitFor([] { return QToolTip::text().isEmpty(); }, 60'000));
+}
+
 TEST_F(PanelWidgets, SpeakEachPanelsUnit) {
   EXPECT_EQ(spoken(*made(exampleFrequencyPanel()))[0], "E-CORE 1.42 gigahertz");
   EXPECT_EQ(spoken(*made(exampleTemperaturePanel()))[0], "CORE AVG 52.37 degrees Celsius");
@@ -130,6 +143,23 @@ TEST_F(PanelWidgets, RepaintWhatChangedAndNothingElse) {
   EXPECT_TRUE(unchanged.painted().empty());
   EXPECT_EQ(changed.painted().size(), 1u);
   EXPECT_EQ(graph.painted(), std::vector{power->graph().box()});
+}
+
+TEST_F(PanelWidgets, RepaintTitleValuesAndGraphAtOnceInAnotherUnit) {
+  const auto temperature = made(exampleTemperaturePanel());
+  showAndWait(*temperature);
+  PaintLog title(*temperature->childAt(20, 12));
+  PaintLog value(*temperature->values()[0]);
+  PaintLog graph(temperature->graph());
+  Panel fahrenheit = exampleTemperaturePanel();
+  fahrenheit.title.labelRight = "℉";
+  fahrenheit.columns[0].values[0].value = "126.3";
+  fahrenheit.graph.axisLabels = {"250", "215", "180", "145", "110", "75"};
+  temperature->setPanel(fahrenheit);
+  settle();
+  EXPECT_EQ(title.painted().size(), 1u);
+  EXPECT_EQ(value.painted().size(), 1u);
+  EXPECT_EQ(graph.painted(), std::vector{temperature->graph().rect()});
 }
 
 TEST_F(PanelWidgets, MoveTheGraphWhenASampleComes) {
@@ -166,7 +196,7 @@ TEST_F(PanelWidgets, HaveRoundCorners) {
   const auto power = made(examplePowerPanel());
   const QImage image = picture(*power);
   for (const QPoint corner : {QPoint(0, 0), QPoint(359, 0), QPoint(0, 159), QPoint(359, 159)}) {
-    EXPECT_EQ(image.pixelColor(corner), QColor(Qt::green));
+    EXPECT_EQ(image.pixelColor(corner), toColor(colorsOf(ColorScheme::light).window));
   }
   EXPECT_EQ(image.pixelColor(180, 0), toColor(colorsOf(ColorScheme::light).panelBorder));
   EXPECT_EQ(image.pixelColor(5, 80), toColor(colorsOf(ColorScheme::light).panel));

@@ -16,6 +16,7 @@
 #include "ui/widgets/menu_building.h"
 #include "ui/widgets/more_button.h"
 #include "ui/widgets/panel_widget.h"
+#include "ui/widgets/value_widget.h"
 #include "unit/ui/counting_random.h"
 #include "unit/ui/widgets/example_panels.h"
 #include "unit/ui/widgets/test_application.h"
@@ -26,6 +27,16 @@ namespace {
 constexpr int kEdge = 10;
 constexpr int kBetween = 8;
 constexpr int kHeader = 64;
+
+/// Whether something stands in that part of a picture, which is given in points.
+bool isWritten(const QPixmap& image, const QRect& part) {
+  const double ratio = image.devicePixelRatio();
+  const QRectF pixels(QPointF(part.topLeft()) * ratio, QSizeF(part.size()) * ratio);
+  const QImage area = image.toImage().copy(pixels.toAlignedRect());
+  QImage blank = area;
+  blank.fill(area.pixelColor(0, 0));
+  return area != blank;
+}
 
 /// A window's content as it will be laid out, with figures of our own.
 class ExampleWindow : public QWidget {
@@ -53,6 +64,20 @@ class ExampleWindow : public QWidget {
   }
 
   const std::vector<PanelWidget*>& panels() const { return panels_; }
+  /// Each part that something has to stand in: figures, boxes and axis labels.
+  std::vector<QRect> parts() const {
+    std::vector<QRect> parts;
+    for (PanelWidget* panel : panels_) {
+      for (const ValueWidget* value : panel->values()) {
+        parts.emplace_back(value->mapTo(this, QPoint(0, 0)), value->size());
+      }
+      const GraphWidget& graph = panel->graph();
+      const QRect box = graph.box().translated(graph.mapTo(this, QPoint(0, 0)));
+      parts.push_back(box.adjusted(1, 1, -1, -1));
+      parts.emplace_back(box.right() + 2, box.top() - 5, GraphWidget::kLabelRoom - 2, 10);
+    }
+    return parts;
+  }
 
  private:
   std::vector<PanelWidget*> panels_;
@@ -78,10 +103,13 @@ class Pictures : public testing::TestWithParam<std::tuple<ColorScheme, double>> 
 
   static ColorScheme scheme() { return std::get<0>(GetParam()); }
 
-  static void check(QWidget& widget, const QString& subject) {
+  static void check(ExampleWindow& widget, const QString& subject) {
     const double ratio = std::get<1>(GetParam());
     const QPixmap image = picture(widget, ratio);
     EXPECT_EQ(image.toImage().pixelColor(1, 1), toColor(colorsOf(scheme()).window));
+    for (const QRect& part : widget.parts()) {
+      EXPECT_TRUE(isWritten(image, part)) << part.x() << ' ' << part.y();
+    }
     keep(image, name(subject));
   }
 
@@ -116,7 +144,9 @@ TEST_P(Pictures, ShowTheMenu) {
            scheme());
   menu.resize(menu.sizeHint());
   menu.setActiveAction(menu.actions()[4]);
-  keep(picture(menu, std::get<1>(GetParam())), name("menu"));
+  const QPixmap image = picture(menu, std::get<1>(GetParam()));
+  for (QAction* row : menu.actions()) EXPECT_TRUE(isWritten(image, menu.actionGeometry(row)));
+  keep(image, name("menu"));
 }
 
 TEST_P(Pictures, ShowWhatIsUnderThePointer) {

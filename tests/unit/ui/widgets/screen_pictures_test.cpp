@@ -32,16 +32,16 @@ TEST_F(MainWindowPictures, ShowEachScreenInBothSchemes) {
     keepPicture(window(), "updating-" + nameOf(scheme));
     change(liveContentAt(0));
     keepPicture(window(), "live-" + nameOf(scheme));
-    window().mainMenuBar().popUp(QPoint(), scheme);
-    settle();
-    keepPicture(*QApplication::activePopupWidget(), "main-menu-" + nameOf(scheme));
-    QApplication::activePopupWidget()->close();
     isLogEnabled_ = true;
+    window().mainMenuBar().popUp(QPoint());
+    settle();
+    QWidget* const bar = QApplication::activePopupWidget();
+    keepPicture(*bar, "main-menu-" + nameOf(scheme));
     QMenu* logging = window().mainMenuBar().menus()[2];
     logging->popup(QPoint());
     settle();
     keepPicture(*logging, "logging-menu-" + nameOf(scheme));
-    logging->close();
+    while (QWidget* open = QApplication::activePopupWidget()) open->close();
   }
 }
 

@@ -5,10 +5,12 @@
 
 #include <gtest/gtest.h>
 
+#include <QLabel>
 #include <QTest>
 #include <algorithm>
 #include <memory>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -61,6 +63,14 @@ class SettingsWindowFixture : public testing::Test {
     settle();
   }
 
+  /// The heading of that text on a page.
+  static const QLabel& heading(const QWidget& page, const QString& text) {
+    for (const auto* label : page.findChildren<QLabel*>()) {
+      if (label->text() == text) return *label;
+    }
+    throw std::runtime_error("no heading " + text.toStdString());
+  }
+
   QString shownFolder() { return window().general().folder().accessibleName(); }
   void pressSelect() {
     QTest::mouseClick(&window().general().select(), Qt::LeftButton);
@@ -72,6 +82,7 @@ class SettingsWindowFixture : public testing::Test {
   fakes::ManualMainQueue queue_;
   std::vector<std::string> folders_ = {"/home/me/Desktop"};  ///< those that exist
   std::optional<std::string> modelFolder_;
+  std::optional<std::string> desktopFolder_ = "/home/me/Desktop";
   ChooserResult chooserAnswer_;
   std::vector<std::string> choosersOpenedIn_;
   QIcon folderIcon_;
@@ -82,8 +93,7 @@ class SettingsWindowFixture : public testing::Test {
   SettingsWindow::Services services() {
     return {defaults_,
             queue_,
-            {[this] { return modelFolder_; },
-             [] { return std::optional<std::string>("/home/me/Desktop"); },
+            {[this] { return modelFolder_; }, [this] { return desktopFolder_; },
              [this](const std::string& path) {
                return std::find(folders_.begin(), folders_.end(), path) != folders_.end();
              },

@@ -10,6 +10,7 @@
 #include <thread>
 
 #include "ui/widgets/colors.h"
+#include "ui/widgets/window_rules.h"
 #include "unit/ui/widgets/kept_picture.h"
 #include "unit/ui/widgets/settings_window_fixture.h"
 
@@ -42,6 +43,32 @@ TEST_F(SettingsWindowTest, HasTheTabsGeneralAndExtraAndBeginsWithTheFirst) {
             window().toolbar().tabButton(SettingsTab::extra).x());
   EXPECT_EQ(window().toolbar().selectedTab(), SettingsTab::general);
   EXPECT_TRUE(shows(SettingsTab::general));
+}
+
+TEST_F(SettingsWindowTest, DrawsASymbolOfItsOwnOnEachTab) {
+  shown();
+  QImage symbols[2];
+  for (const auto tab : {SettingsTab::general, SettingsTab::extra}) {
+    // Alike but for the symbol: neither chosen nor with the keyboard.
+    window().toolbar().selectTab(tab == SettingsTab::general ? SettingsTab::extra
+                                                             : SettingsTab::general);
+    TabButton& button = window().toolbar().tabButton(tab);
+    QImage& symbol = symbols[static_cast<int>(tab)];
+    symbol = pictureOf(button).toImage().copy((button.width() - 20), 2, 40, 44);
+    QImage blank = symbol;
+    blank.fill(symbol.pixelColor(0, 0));
+    EXPECT_NE(symbol, blank);
+  }
+  EXPECT_NE(symbols[0], symbols[1]);
+}
+
+TEST_F(SettingsWindowTest, ComesBackWhenItWasMinimised) {
+  shown();
+  window().showMinimized();
+  ASSERT_TRUE(window().isMinimized());
+  window().present();
+  EXPECT_FALSE(window().isMinimized());
+  EXPECT_TRUE(window().isVisible());
 }
 
 TEST_F(SettingsWindowTest, ShowsTheTabThatIsClicked) {
@@ -93,6 +120,7 @@ TEST_F(SettingsWindowTest, KeepsItsSize) {
 }
 
 TEST_F(SettingsWindowTest, HasNoTitleBarAndNoZoom) {
+  const WindowRules rules(framelessChrome().applyRules);
   shown();
   EXPECT_TRUE(window().windowFlags().testFlag(Qt::FramelessWindowHint));
   window().setWindowState(Qt::WindowFullScreen);

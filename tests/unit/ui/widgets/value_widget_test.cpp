@@ -8,6 +8,7 @@
 #include <QAccessible>
 #include <QImage>
 #include <QPixmap>
+#include <QScreen>
 
 #include "ui/widgets/colors.h"
 #include "unit/ui/widgets/shown_widget.h"
@@ -61,6 +62,19 @@ TEST_F(ValueWidgets, AreReadAloudWithBothLinesOfTheirLabel) {
   EXPECT_EQ(value_.accessibleName(), "CORE AVG 52.37 degrees Celsius");
 }
 
+TEST_F(ValueWidgets, WriteTheUpperLabelAboveTheLowerOne) {
+  const auto labels = [&](const char* up, const char* down) {
+    value_.setValue({up, down, "1", SeriesColor::blue}, "");
+    return picture(value_).copy(0, 0, 12, value_.height());
+  };
+  const QRect upper(0, 0, 12, 10);
+  const QRect lower(0, 10, 12, 12);
+  EXPECT_EQ(labels("CORE", "AVG").copy(upper), labels("CORE", "MAX").copy(upper));
+  EXPECT_NE(labels("CORE", "AVG").copy(lower), labels("CORE", "MAX").copy(lower));
+  EXPECT_NE(labels("CORE", "AVG").copy(upper), labels("GPU", "AVG").copy(upper));
+  EXPECT_EQ(labels("CORE", "AVG").copy(lower), labels("GPU", "AVG").copy(lower));
+}
+
 TEST_F(ValueWidgets, WriteTheFigureInItsColour) {
   value_.setValue(power("14.31"), "watts");
   EXPECT_TRUE(hasColor(picture(value_), toColor(colorsOf(ColorScheme::light).blue)));
@@ -77,7 +91,34 @@ TEST_F(ValueWidgets, AreRepaintedWhenTheValueChangesAndOnlyThen) {
   EXPECT_TRUE(log.painted().empty());
   value_.setValue(power("14.32"), "watts");
   settle();
-  EXPECT_EQ(log.painted(), std::vector{value_.rect()});
+  EXPECT_EQ(log.painted().size(), 1u);
+}
+
+TEST_F(ValueWidgets, LeaveTheLabelAloneWhenTheFigureAloneChanges) {
+  value_.setValue(power("14.31"), "watts");
+  showAndWait(value_);
+  PaintLog log(value_);
+  value_.setValue(power("18.88"), "watts");
+  settle();
+  ASSERT_EQ(log.painted().size(), 1u);
+  EXPECT_GT(log.painted()[0].left(), ValueWidget::labelWidth(ValueStyle::alone, power("")));
+  EXPECT_LT(log.painted()[0].left(), value_.figureBegin());
+  value_.setValue(power("118.88"), "watts");
+  settle();
+  ASSERT_EQ(log.painted().size(), 2u);
+  EXPECT_EQ(log.painted()[1], value_.rect());
+}
+
+TEST_F(ValueWidgets, LookTheSameAfterAChangeAsMadeAnew) {
+  value_.setValue(power("14.31"), "watts");
+  showAndWait(value_);
+  value_.setValue(power("20.88"), "watts");
+  settle();
+  const QImage changed = value_.screen()->grabWindow(value_.winId()).toImage();
+  value_.repaint();
+  settle();
+  EXPECT_EQ(changed, value_.screen()->grabWindow(value_.winId()).toImage());
+  EXPECT_TRUE(hasColor(changed, toColor(colorsOf(ColorScheme::light).blue)));
 }
 
 TEST_F(ValueWidgets, DoNotDanceWhenDigitsChange) {
