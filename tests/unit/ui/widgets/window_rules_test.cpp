@@ -21,7 +21,6 @@ namespace {
 /// A frameless system's rules, and what they were applied to.
 class WindowRulesTest : public testing::Test {
  protected:
-  WindowRulesTest() { testApplication(); }
   ~WindowRulesTest() override { EXPECT_EQ(QtMessages::unexpected(), QStringList()); }
 
   void show(QWidget& window) {
@@ -37,6 +36,7 @@ class WindowRulesTest : public testing::Test {
               Qt::WindowStates());
   }
 
+  [[maybe_unused]] const QApplication& application_ = testApplication();  // before the rules
   const WindowChrome chrome_ = framelessChrome();
   std::vector<const QWidget*> applied_;
   QtMessages messages_;
