@@ -50,19 +50,24 @@ apt_install_now() {
 service_policy=/usr/sbin/policy-rc.d
 
 # without_its_service COMMAND...: the Prometheus server is for the tests, which start one of their
-# own; what COMMAND installs does not start now, nor with the machine.
-without_its_service() {
-  local status=0 is_ours=no
+# own; what COMMAND installs does not start now, nor with the machine. In a shell of its own, which
+# takes its answer back however it ends.
+without_its_service() (
+  status=0
   if [ ! -e "$service_policy" ]; then
-    is_ours=yes
+    trap remove_service_policy EXIT
+    # Once more without the trap, so that whoever waits for this shell learns of the signal.
+    trap 'remove_service_policy; trap - EXIT INT; kill -INT "$BASHPID"' INT
+    trap 'remove_service_policy; trap - EXIT TERM; kill -TERM "$BASHPID"' TERM
     printf '#!/bin/sh\nexit 101\n' | $root_prefix tee "$service_policy" >/dev/null
     $root_prefix chmod 755 "$service_policy"
   fi
   "$@" || status=$?
-  [ "$is_ours" = no ] || $root_prefix rm -f "$service_policy"
   [ ! -d /run/systemd/system ] || $root_prefix systemctl --quiet disable prometheus >&2 || true
-  return "$status"
-}
+  exit "$status"
+)
+
+remove_service_policy() { $root_prefix rm -f "$service_policy"; }
 
 # install_debian PACKAGE...: installs those that are missing.
 install_debian() {

@@ -20,9 +20,10 @@ namespace pallimo::app {
 
 /// `--diagnose`: one report of what Pallimo finds on this machine, to paste into a bug report.
 ///
-/// Changes nothing: nothing is installed, no setting is written, nobody is told. Whatever is
-/// missing or does not answer is named in the report, which comes in bounded time and with status
-/// 0. It is made without the app's general model, so that nothing of the app starts.
+/// Nothing is installed, no setting is written, nobody is told. Whatever is missing or does not
+/// answer is named in the report, which comes with status 0. Every wait has a limit but one: the
+/// system profiler is waited for as the window waits for it. It is made without the app's general
+/// model, so that nothing of the app starts.
 ///
 /// Main thread. The platform and the output outlive it; it outlives the delivery thread's work.
 class Diagnosis final : public std::enable_shared_from_this<Diagnosis> {
@@ -45,7 +46,8 @@ class Diagnosis final : public std::enable_shared_from_this<Diagnosis> {
 
   /// Reads machine and sensors at once, then asks the helper. Once.
   void start();
-  /// The user would not wait: the report is written as far as it goes. Any thread.
+  /// The user would not wait: the report is written as far as it goes, once start() has read the
+  /// machine. Any thread.
   void interrupt();
 
  private:

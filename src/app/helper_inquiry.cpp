@@ -96,7 +96,8 @@ void HelperInquiry::versionTold(const std::string& version) {
 }
 
 void HelperInquiry::decide() {
-  if (!onEnd_ || !isResponding_ || !findings_.version) return;
+  // A helper may answer twice: it is asked for one sample all the same.
+  if (!onEnd_ || requested_ || !isResponding_ || !findings_.version) return;
   if (!*isResponding_) return end(State::answersNo);
   if (findings_.version != question_.expectedVersion) return end(State::outOfDate);
   requestSample();

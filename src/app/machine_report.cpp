@@ -56,7 +56,7 @@ bool MachineReport::isAppleSilicon() const {
   return sensors::SGSystemInfo(platform_.systemControls).isAppleSilicon();
 }
 
-bool MachineReport::hasTemperatures() const {
+bool MachineReport::findsTemperatures() const {
   const std::optional<std::string> model = kernelText(platform_.systemControls, kModel);
   if (!isAppleSilicon() || !model || !kernelText(platform_.systemControls, kChip)) return false;
   return platform_.hidSensors.createClient() != nullptr;
@@ -76,8 +76,8 @@ void MachineReport::writeSystem(ReportText& report) const {
 
 void MachineReport::writeMachine(ReportText& report) const {
   report.section("Machine");
-  report.foreignLine("model", textOf(kModel));
-  report.foreignLine("chip", textOf(kChip));
+  report.productLine("model", textOf(kModel));
+  report.productLine("chip", textOf(kChip));
   const auto other = sensors::SGSystemInfo(platform_.systemControls).otherProcessorName();
   report.line("processor", other ? *other : "Apple silicon");
   report.line("efficiency cores", coresAt("hw.perflevel1.logicalcpu"));
@@ -91,7 +91,7 @@ void MachineReport::writeMachine(ReportText& report) const {
 void MachineReport::writeGpu(ReportText& report) const {
   ImpatientAcceleratorRegistry registry(platform_.accelerators);
   const auto gpu = sensors::SGSystemGPUInfo(registry).readGPUInfo();
-  report.foreignLine("GPU", gpu ? gpu->name : "none of Apple's with statistics");
+  report.productLine("GPU", gpu ? gpu->name : "none of Apple's with statistics");
   if (registry.hasGivenUp()) report.line("accelerators", kUnreadable);
   const std::int64_t cores =
       sensors::SGSystemProfiler(platform_.programLauncher, platform_.propertyLists).gpuCoreCount();

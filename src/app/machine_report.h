@@ -13,18 +13,20 @@ namespace pallimo::app {
 /// system profiler runs.
 class MachineReport {
  public:
-  explicit MachineReport(const Platform& platform) : platform_(platform) {}
+  explicit MachineReport(const Platform& platform)
+      : platform_(platform), hasTemperatures_(findsTemperatures()) {}
 
   /// Whether the machine can sample at all.
   bool isAppleSilicon() const;
   /// Whether the temperatures can be asked for: it takes a model and a chip, and of the HID event
   /// system a client.
-  bool hasTemperatures() const;
+  bool hasTemperatures() const { return hasTemperatures_; }
 
   /// The sections "System", "Machine" and "Temperature".
   void write(ReportText& report) const;
 
  private:
+  bool findsTemperatures() const;
   void writeSystem(ReportText& report) const;
   void writeMachine(ReportText& report) const;
   void writeGpu(ReportText& report) const;
@@ -33,6 +35,7 @@ class MachineReport {
   std::string coresAt(std::string_view kernelVariable) const;
 
   const Platform& platform_;
+  const bool hasTemperatures_;  ///< asked for once: it makes a client
 };
 
 }  // namespace pallimo::app

@@ -8,19 +8,19 @@
 #include <string_view>
 #include <vector>
 
+#include "app/private_spans.h"
+
 namespace pallimo::app {
 
 /// Takes out of texts what would tell whose machine they come from, so that a report may be shown
 /// to strangers. It knows the user's names by heart and the rest by its form. Constant; any thread.
 ///
-/// Hidden are, upper and lower case (of ASCII) alike:
-/// - the words it was made with, wherever they stand; those of three letters or less only where
-///   they stand alone, and single letters nowhere. A word that is put together from Apple's product
-///   names ("iMac", "Mac-mini", "max") is none: as a host's name it tells nothing, and the report
-///   needs them.
-/// - a path into somebody's home, up to the text's end: it may hold spaces.
-/// - what has the form of a serial number (ten letters and digits and more, upper case, some of
-///   both), of a UUID, of a network card's address or of an e-mail address.
+/// Hidden are, upper and lower case alike:
+/// - the words it was made with, wherever they stand; those of three bytes or less only where they
+///   stand alone, and single letters nowhere (PrivateWord);
+/// - a path into somebody's home, up to the text's end;
+/// - what has the form of a serial number (ten letters and digits and more, some of both), of a
+///   UUID, of a network card's address or of an e-mail address.
 class PrivateTexts {
  public:
   static constexpr std::string_view kHidden = "(hidden)";
@@ -31,9 +31,18 @@ class PrivateTexts {
   /// The text without them, as one line of ASCII: any other character is a question mark, and what
   /// is too long is cut off with "...".
   std::string shown(std::string_view text) const;
+  /// The same of what names a machine or a chip: "Max" stays there, whoever is called so.
+  std::string shownProduct(std::string_view text) const;
 
  private:
-  std::vector<std::string> words_;  // lower case
+  struct Word {
+    PrivateWord word;
+    bool isProductName = false;
+  };
+
+  std::string shown(std::string_view text, bool isProduct) const;
+
+  std::vector<Word> words_;
 };
 
 }  // namespace pallimo::app

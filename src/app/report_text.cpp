@@ -36,6 +36,10 @@ void ReportText::foreignLine(std::string_view name, std::string_view value) {
   line(name, shown(value));
 }
 
+void ReportText::productLine(std::string_view name, std::string_view value) {
+  line(name, privateTexts_.shownProduct(value));
+}
+
 void ReportText::foreignName(std::string_view name, std::string_view value) {
   line(shown(name), value);
 }

@@ -23,6 +23,8 @@ class ReportText {
   void line(std::string_view name, std::string_view value);
   /// A line whose value is somebody else's text.
   void foreignLine(std::string_view name, std::string_view value);
+  /// The same where the value names a machine or a chip.
+  void productLine(std::string_view name, std::string_view value);
   /// A line whose name is somebody else's text; the value is ours.
   void foreignName(std::string_view name, std::string_view value);
   /// A foreign text, fit for a line's value.

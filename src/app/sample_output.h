@@ -8,7 +8,8 @@
 
 namespace pallimo::app {
 
-/// Where a headless run prints its samples. Main thread.
+/// Standard output, where a headless run prints its samples and a diagnosis its report. Main
+/// thread.
 class SampleOutput {
  public:
   enum class State {

@@ -6,9 +6,13 @@
 #include <pwd.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdlib>
 #include <string_view>
+
+#include "app/letters.h"
+#include "app/product_name.h"
 
 namespace pallimo::app {
 
@@ -22,10 +26,10 @@ void add(Words& words, Words more) {
   }
 }
 
-Words splitAt(char separator, const std::string& text) {
+Words splitAt(std::string_view separators, const std::string& text) {
   Words parts;
   std::size_t begin = 0;
-  for (std::size_t end = 0; (end = text.find(separator, begin)) != std::string::npos;
+  for (std::size_t end = 0; (end = text.find_first_of(separators, begin)) != std::string::npos;
        begin = end + 1) {
     parts.push_back(text.substr(begin, end - begin));
   }
@@ -33,12 +37,33 @@ Words splitAt(char separator, const std::string& text) {
   return parts;
 }
 
+/// A name and its parts; a number alone is no part.
+Words wordsOfName(const std::string& name) {
+  Words words;
+  add(words, {name});
+  for (std::string& part : splitAt("-._", name)) {
+    const bool isNumber = std::all_of(part.begin(), part.end(), letters::isDigit);
+    if (!isNumber && part != name) words.push_back(std::move(part));
+  }
+  return words;
+}
+
+/// What many hosts and networks are called, so that it tells nothing; the report needs these words.
+bool isCommonOfHosts(const std::string& word) {
+  constexpr std::array<std::string_view, 19> kCommon = {
+      "localhost", "localdomain", "internal", "computer", "machine", "desktop", "cluster",
+      "laptop",    "server",      "power",    "home",     "core",    "host",    "box",
+      "com",       "cpu",         "gpu",      "lan",      "net"};
+  const std::string low = letters::lowered(word);
+  return isProductName(low) || std::find(kCommon.begin(), kCommon.end(), low) != kCommon.end();
+}
+
 std::string textOf(const char* text) { return text == nullptr ? std::string() : text; }
 
 Words wordsOfEnvironment() {
   Words words;
   for (const char* name : {"USER", "LOGNAME", "SUDO_USER"}) {
-    add(words, {textOf(std::getenv(name))});
+    add(words, wordsOfName(textOf(std::getenv(name))));
   }
   add(words, wordsOfHome(textOf(std::getenv("HOME"))));
   for (const char* name : {"HOSTNAME", "HOST"}) {
@@ -47,11 +72,10 @@ Words wordsOfEnvironment() {
   return words;
 }
 
-Words wordsOfUserEntry() {
-  const passwd* entry = getpwuid(getuid());
+Words wordsOfEntry(const passwd* entry) {
   if (entry == nullptr) return {};
   Words words;
-  add(words, {textOf(entry->pw_name)});
+  add(words, wordsOfName(textOf(entry->pw_name)));
   add(words, wordsOfFullName(textOf(entry->pw_gecos)));
   add(words, wordsOfHome(textOf(entry->pw_dir)));
   return words;
@@ -67,26 +91,27 @@ std::string hostName() {
 
 std::vector<std::string> wordsThatTellTheUser() {
   Words words = wordsOfEnvironment();
-  add(words, wordsOfUserEntry());
+  add(words, wordsOfEntry(getpwuid(getuid())));
+  // Under sudo the process is root's, and the environment may be, too.
+  add(words, wordsOfEntry(getpwnam(textOf(std::getenv("SUDO_USER")).c_str())));
   add(words, wordsOfHostName(hostName()));
   return words;
 }
 
 std::vector<std::string> wordsOfFullName(const std::string& name) {
   Words words;
-  for (const std::string& field : splitAt(',', name)) {
+  for (const std::string& field : splitAt(",", name)) {
     add(words, {field});
-    add(words, splitAt(' ', field));
+    add(words, splitAt(" ", field));
   }
   return words;
 }
 
 std::vector<std::string> wordsOfHostName(const std::string& name) {
-  if (name.empty() || name == "localhost") return {};
-  Words words = {name};
-  if (const std::size_t dot = name.find('.'); dot != std::string::npos && dot > 0) {
-    words.push_back(name.substr(0, dot));
-  }
+  Words words = wordsOfName(name);
+  const std::size_t dot = name.find('.');
+  if (dot != std::string::npos) add(words, {name.substr(0, dot), name.substr(dot + 1)});
+  words.erase(std::remove_if(words.begin(), words.end(), isCommonOfHosts), words.end());
   return words;
 }
 
@@ -94,7 +119,9 @@ std::vector<std::string> wordsOfHome(const std::string& path) {
   const std::size_t end = path.find_last_not_of('/');
   if (end == std::string::npos) return {};
   const std::string plain = path.substr(0, end + 1);
-  return {plain, plain.substr(plain.rfind('/') + 1)};
+  Words words = {plain};
+  add(words, wordsOfName(plain.substr(plain.rfind('/') + 1)));
+  return words;
 }
 
 }  // namespace pallimo::app

@@ -15,7 +15,9 @@ namespace pallimo::app {
 std::vector<std::string> wordsThatTellTheUser();
 
 /// A name as a whole and in its parts: "Jane Doe,Room 1" is also "Jane Doe", "Jane" and "Doe";
-/// "janes-mac.local" also "janes-mac"; "/home/jane" also "jane". Pure.
+/// "jane-mbp.example.org" also "jane-mbp", "example.org", "jane" and "mbp"; "/home/jane.doe" also
+/// "jane.doe", "jane" and "doe". A part of a host's name that many hosts have ("iMac", "local",
+/// "desktop") tells nothing and is no word. Pure.
 std::vector<std::string> wordsOfFullName(const std::string& name);
 std::vector<std::string> wordsOfHostName(const std::string& name);
 std::vector<std::string> wordsOfHome(const std::string& path);

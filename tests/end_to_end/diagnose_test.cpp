@@ -6,8 +6,9 @@
 
 #include <array>
 #include <map>
+#include <regex>
 
-#include "app/private_texts.h"
+#include "app/user_words.h"
 #include "end_to_end/app_fixture.h"
 
 namespace pallimo::end_to_end {
@@ -24,8 +25,12 @@ class DiagnoseTest : public AppTest {
     EXPECT_EQ(app->exitStatus(), 0);
     EXPECT_EQ(app->errorText().find("pallimo: "), std::string::npos) << app->errorText();
     EXPECT_EQ(report.rfind("Pallimo ", 0), 0u) << report;
+    said_ = app->errorText();
     return report;
   }
+
+  /// What the last one said on standard error.
+  mutable std::string said_;
 
   /// What the files of the state folder hold that are not the helper's own traces.
   std::map<std::string, std::string> stateFiles() const {
@@ -81,8 +86,16 @@ TEST_F(DiagnoseTest, TellsOfAHelperThatServesAndOfOneSample) {
   expectSays(report, "  state                   serves\n");
   expectSays(report, "  processor/clusters      list, 6 elements\n");
   expectSays(report, "\n  P3-Cluster              ");
-  expectSays(report, "\n  request to result       ");
-  expectSays(report, "\n  temperature             ");
+  std::istringstream timing(report.substr(report.find("\nTiming of one sample\n") + 1));
+  std::string line;
+  std::getline(timing, line);
+  for (const char* stage : {"request to result", "parse", "power", "utilisation", "frequency",
+                            "temperature", "row", "from result to row"}) {
+    std::getline(timing, line);
+    EXPECT_TRUE(
+        std::regex_match(line, std::regex("  " + std::string(stage) + " +\\d+\\.\\d{3} ms")))
+        << stage << ": " << line;
+  }
 }
 
 TEST_F(DiagnoseTest, WithoutAHelperItMakesNoFolder) {
@@ -123,6 +136,18 @@ TEST_F(DiagnoseTest, IsAboutTheMachineOfTheLastRunAndChangesNothing) {
   EXPECT_EQ(stateFiles(), before);
 }
 
+TEST_F(DiagnoseTest, ARecordingOfTheLastRunThatIsGoneIsNoReasonToFail) {
+  installHelper();
+  const std::string recording = recordingWith("x");
+  EXPECT_EQ(
+      startHeadless({"--machine", recording, "--samples", "1", "--speed", "20"})->exitStatus(), 0);
+  expectSays(diagnose(), "  chip                    Apple M2 x\n");
+  fs::remove_all(recording);
+  const auto before = stateFiles();
+  expectSays(diagnose(), "  chip                    Apple M");
+  EXPECT_EQ(stateFiles(), before);
+}
+
 TEST_F(DiagnoseTest, DisturbsNoOtherRun) {
   installHelper();
   const auto run = startHeadless({"--format", "csv", "--speed", "20"});
@@ -142,10 +167,17 @@ TEST_F(DiagnoseTest, NamesNeitherUserNorHostNorSerialNumberNorHome) {
                              "HOSTNAME=minas-desk.example"};
   Texts secrets = {"wilhelmina", "/home/wilhelmina/Desktop", "/Users/Wilhelmina Doe/Desktop",
                    "minas-desk", "C02XG0FDH7JY"};
-  Texts words = {"ilhelmina", "Doe", "minas-desk", "C02XG0", root_.string(), "Logs"};
+  const Texts otherWays = {"WILHELMINA's",          "%2FUsers%2Fcarol%2FDesktop",
+                           "/home/carol/Desktop",   "~carol/Desktop",
+                           "C:\\\\Users\\\\carol",  "sn c02xg0fdh7jy",
+                           "Minas-Desk.example",    "id-8B4B2C1E-7d3f-4A59-9C62-0011AABBCCDD",
+                           "en0:a4:83:e7:01:23:45", "carol@example.org"};
+  secrets.insert(secrets.end(), otherWays.begin(), otherWays.end());
+  Texts words = {"ilhelmina", "ILHELM", "Doe",      "inas-", "desk", "Desk",        "C02XG0",
+                 "c02xg0",    "carol",  "8B4B2C1E", "a4:83", "Logs", root_.string()};
   // The machine that runs the test may be called like a product, or like a word of the report's.
   const std::string plain = diagnose({"--machine", "Mac Studio M2 Ultra"}, environment);
-  const bool isPrivate = app::PrivateTexts({hostName()}).shown(hostName()) != hostName();
+  const bool isPrivate = !app::wordsOfHostName(hostName()).empty() && hostName().size() > 1;
   if (isPrivate && plain.find(hostName()) == std::string::npos) {
     secrets.push_back(hostName());
     words.push_back(hostName());
@@ -156,6 +188,7 @@ TEST_F(DiagnoseTest, NamesNeitherUserNorHostNorSerialNumberNorHome) {
     expectSays(report, "(hidden)");
     for (const std::string& word : words) {
       EXPECT_EQ(report.find(word), std::string::npos) << word << " is in\n" << report;
+      EXPECT_EQ(said_.find(word), std::string::npos) << word << " is in\n" << said_;
     }
   }
 }

@@ -141,6 +141,23 @@ expect "and other services may afterwards" "no" "$([ -e "$sandbox/policy" ] && e
 
 set_up
 fake dpkg-query 'exit 1'
+fake apt-get '[ "$1" = update ] || { sh "$SANDBOX/policy" || echo "refused: $?" >>"$SANDBOX/calls"; kill -TERM "$PPID"; }'
+fake systemctl 'true'
+install_it 'service_policy=$SANDBOX/policy; root_prefix=; apt_install prometheus'
+expect "an installation that is ended was under way" "refused: 101" "$(cat "$sandbox/calls")"
+expect "it ends by its signal" "143" "$status"
+expect "and leaves no policy behind" "no" "$([ -e "$sandbox/policy" ] && echo yes || echo no)"
+
+set_up
+fake dpkg-query 'exit 1'
+fake apt-get '[ "$1" = update ]'
+fake systemctl 'true'
+install_it 'service_policy=$SANDBOX/policy; install_debian prometheus'
+expect "one that fails has its status" "1" "$status"
+expect "and leaves none either" "no" "$([ -e "$sandbox/policy" ] && echo yes || echo no)"
+
+set_up
+fake dpkg-query 'exit 1'
 fake systemctl 'true'
 echo 'exit 0' >"$sandbox/policy"
 install_it 'service_policy=$SANDBOX/policy; install_debian prometheus'

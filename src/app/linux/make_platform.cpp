@@ -107,9 +107,9 @@ class Start {
   Problem findBundle() { return keep(bundleFolder(), bundle_); }
 
   Problem loadMachine() {
-    if (!readKeptSimulation()) {
-      if (auto error = keep(simulationFor(options_, start_), simulation_)) return error;
-    }
+    // A kept recording may be gone, which is no reason to tell nothing.
+    if (readKeptSimulation() && !keep(machineOf(simulation_), machine_)) return std::nullopt;
+    if (auto error = keep(simulationFor(options_, start_), simulation_)) return error;
     return keep(machineOf(simulation_), machine_);
   }
 

@@ -221,8 +221,8 @@ Shows power, frequency, temperature and utilisation of a Mac with Apple silicon.
   --serve ADDRESS:PORT   the current figures for Prometheus at /metrics; without
                          the address (:9123) for this machine alone
   --state-dir DIR        where settings, the installed helper and its socket live
-  --diagnose             print a report to put into a bug report; changes nothing,
-                         and names neither user nor machine nor folders
+  --diagnose             print a report to put into a bug report: installs and
+                         sets nothing, names neither user nor host nor folders
   --version              print the version
   --help                 print this help
 

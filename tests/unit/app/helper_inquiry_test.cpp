@@ -192,6 +192,14 @@ TEST_F(HelperInquiryTest, FindsARunWithoutADocument) {
   EXPECT_TRUE(documents_.empty());
 }
 
+TEST_F(HelperInquiryTest, AsksForOneSampleWhenAnAnswerComesTwice) {
+  startWithUsableHelper();
+  messages();
+  answer(true, "1.0");
+  EXPECT_EQ(messages(), Lines());
+  EXPECT_EQ(end(), std::nullopt);
+}
+
 TEST_F(HelperInquiryTest, HearsOneResultAlone) {
   startWithUsableHelper();
   helper().sendResult(base::Bytes{'x'});

@@ -4,6 +4,7 @@
 #include "app/user_words.h"
 
 #include <gtest/gtest.h>
+#include <pwd.h>
 #include <stdlib.h>
 #include <unistd.h>
 
@@ -45,18 +46,38 @@ TEST(UserWords, AFullNameIsAlsoItsParts) {
   EXPECT_EQ(wordsOfFullName(""), Words());
 }
 
-TEST(UserWords, AHostsNameIsAlsoItsFirstLabel) {
-  EXPECT_EQ(wordsOfHostName("janes-mac.fritz.box"), (Words{"janes-mac.fritz.box", "janes-mac"}));
-  EXPECT_EQ(wordsOfHostName("janes-mac"), (Words{"janes-mac"}));
-  EXPECT_EQ(wordsOfHostName("localhost"), Words());
+TEST(UserWords, AHostsNameIsAlsoItsParts) {
+  EXPECT_EQ(wordsOfHostName("janes-mac.fritz.box"),
+            (Words{"janes-mac.fritz.box", "janes", "fritz", "janes-mac", "fritz.box"}));
+  EXPECT_EQ(wordsOfHostName("jane-doe-mbp"), (Words{"jane-doe-mbp", "jane", "doe", "mbp"}));
+  EXPECT_EQ(wordsOfHostName("janes"), (Words{"janes"}));
+  EXPECT_EQ(wordsOfHostName("4711"), (Words{"4711"}));
   EXPECT_EQ(wordsOfHostName(""), Words());
+}
+
+TEST(UserWords, WhatManyHostsAreCalledTellsNothing) {
+  for (const char* name : {"localhost", "iMac.local", "MacBook-Pro-2", "Mac-mini", "DESKTOP.lan"}) {
+    for (const std::string& word : wordsOfHostName(name)) EXPECT_EQ(word, name);
+  }
+  EXPECT_EQ(wordsOfHostName("iMac"), Words());
+  EXPECT_EQ(wordsOfHostName("Mac-mini-14"), Words());
 }
 
 TEST(UserWords, AHomeIsAlsoItsLastFolder) {
   EXPECT_EQ(wordsOfHome("/Users/jane"), (Words{"/Users/jane", "jane"}));
   EXPECT_EQ(wordsOfHome("/data/homes/jane/"), (Words{"/data/homes/jane", "jane"}));
+  EXPECT_EQ(wordsOfHome("/Users/jane.doe"), (Words{"/Users/jane.doe", "jane.doe", "jane", "doe"}));
   EXPECT_EQ(wordsOfHome("/"), Words());
   EXPECT_EQ(wordsOfHome(""), Words());
+}
+
+TEST(UserWords, UnderSudoTheyAreAlsoThoseOfWhoAskedForIt) {
+  const passwd* entry = getpwnam("daemon");
+  ASSERT_NE(entry, nullptr);
+  const std::string home = entry->pw_dir;
+  const Entry sudo("SUDO_USER", "daemon");
+  EXPECT_TRUE(holds("daemon"));
+  EXPECT_TRUE(holds(home)) << home;
 }
 
 TEST(UserWords, AreThoseOfTheEnvironment) {
@@ -75,7 +96,7 @@ TEST(UserWords, AreThoseOfTheSystem) {
   std::array<char, 256> name{};
   ASSERT_EQ(gethostname(name.data(), name.size() - 1), 0);
   const std::string host = name.data();
-  EXPECT_TRUE(host == "localhost" || holds(host)) << host;
+  EXPECT_TRUE(wordsOfHostName(host).empty() || holds(wordsOfHostName(host).front())) << host;
 }
 
 }  // namespace

@@ -34,14 +34,16 @@ std::string cluster(const std::string& name, const std::string& hertz, const std
          cpus + "</array></dict>";
 }
 
-std::string cpu(const std::string& number) { return "<dict><key>cpu</key>" + number + "</dict>"; }
+std::string cpuEntry(const std::string& number) {
+  return "<dict><key>cpu</key>" + number + "</dict>";
+}
 
 TEST(AllClusters, AreThereWhateverTheyAreCalled) {
   EXPECT_EQ(
       ofList(cluster("<string>E-Cluster</string>", "<real>1020000000</real>",
-                     cpu("<integer>0</integer>")) +
+                     cpuEntry("<integer>0</integer>")) +
              cluster("<string>M0-Cluster</string>", "<integer>4512250000</integer>",
-                     cpu("<integer>2</integer>") + cpu("<integer>1</integer>")) +
+                     cpuEntry("<integer>2</integer>") + cpuEntry("<integer>1</integer>")) +
              cluster("<string>P10-Cluster</string>", "<real>0</real>", "")),
       (Clusters{
           {"E-Cluster", 1020.0, {0}}, {"M0-Cluster", 4512.25, {2, 1}}, {"P10-Cluster", 0.0, {}}}));
@@ -72,11 +74,11 @@ TEST(AllClusters, KeepAFrequencyThatIsNotFinite) {
 }
 
 TEST(AllClusters, ListOnlyProcessorsWithAWholeNumber) {
-  EXPECT_EQ(
-      ofList(cluster("<string>A</string>", "<real>0</real>",
-                     cpu("<real>3</real>") + cpu("<real>2.5</real>") + "<integer>9</integer>" +
-                         cpu("<string>4</string>") + cpu("<integer>-1</integer>"))),
-      (Clusters{{"A", 0.0, {3, -1}}}));
+  EXPECT_EQ(ofList(cluster("<string>A</string>", "<real>0</real>",
+                           cpuEntry("<real>3</real>") + cpuEntry("<real>2.5</real>") +
+                               "<integer>9</integer>" + cpuEntry("<string>4</string>") +
+                               cpuEntry("<integer>-1</integer>"))),
+            (Clusters{{"A", 0.0, {3, -1}}}));
 }
 
 TEST(AllClusters, AnEntryThatIsNoDictionaryIsNone) {

@@ -5,7 +5,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <atomic>
 #include <chrono>
+#include <future>
 #include <memory>
 #include <string>
 #include <thread>
@@ -90,20 +93,82 @@ TEST_F(CurrentMetricsTest, AManagerThatIsGoneHasNoHelper) {
   EXPECT_TRUE(tells("pallimo_helper_up 0"));
 }
 
-TEST_F(CurrentMetricsTest, NoScrapeSeesHalfOfASample) {
-  std::thread delivery([this] {
-    for (int sample = 0; sample < 2000; ++sample) metrics_.take(drawing(sample % 7));
-  });
-  for (int scrape = 0; scrape < 500; ++scrape) {
-    for (const ports::MetricFamily& family : metrics_.families()) {
-      if (family.name != "pallimo_power_watts") continue;
-      ASSERT_EQ(family.series.size(), 3u);
-      EXPECT_EQ(family.series[0].value, family.series[1].value);
-      EXPECT_EQ(family.series[0].value, family.series[2].value);
-    }
+/// Takes samples on a thread of its own, one after the other until the test has seen enough.
+class Delivery {
+ public:
+  explicit Delivery(CurrentMetrics& metrics)
+      : thread_([this, &metrics] {
+          for (int sample = 0; !isOver_; ++sample) metrics.take(drawing(sample % 7));
+        }) {}
+  ~Delivery() {
+    isOver_ = true;
+    thread_.join();
   }
-  delivery.join();
-  EXPECT_TRUE(tells("pallimo_samples_total 2000"));
+  Delivery(const Delivery&) = delete;
+  Delivery& operator=(const Delivery&) = delete;
+
+ private:
+  std::atomic<bool> isOver_ = false;
+  std::thread thread_;  // uses the member above
+};
+
+const ports::MetricFamily* familyOf(const ports::MetricFamilies& families, const char* name) {
+  const auto found =
+      std::find_if(families.begin(), families.end(),
+                   [&](const ports::MetricFamily& family) { return family.name == name; });
+  return found == families.end() ? nullptr : &*found;
+}
+
+TEST_F(CurrentMetricsTest, NoScrapeSeesHalfOfASample) {
+  const Delivery delivery(metrics_);
+  // As many different scrapes as make a torn one likely.
+  double last = 0;
+  for (int changes = 0; changes < 500;) {
+    const ports::MetricFamilies families = metrics_.families();
+    const double samples = familyOf(families, "pallimo_samples_total")->series.front().value;
+    if (samples == last) continue;
+    last = samples;
+    ++changes;
+    const ports::MetricFamily* power = familyOf(families, "pallimo_power_watts");
+    ASSERT_NE(power, nullptr);
+    ASSERT_EQ(power->series.size(), 3u);
+    // The figure is that of the sample which is counted last.
+    const double watts = static_cast<int>(samples - 1) % 7;
+    for (const auto& series : power->series) ASSERT_EQ(series.value, watts);
+  }
+}
+
+/// A manager that a scrape asks, and which does not answer until the test lets it.
+class SlowGate final : public helper_link::SamplingGate {
+ public:
+  bool isAuthorized() const override {
+    isAsked_.set_value();
+    mayAnswer_.get_future().wait();
+    return true;
+  }
+  bool isRequestedToUninstall() const override { return false; }
+  void requestPowermetrics(bool, double) override {}
+
+  void waitUntilAsked() const { isAsked_.get_future().wait(); }
+  void answer() const { mayAnswer_.set_value(); }
+
+ private:
+  mutable std::promise<void> isAsked_;
+  mutable std::promise<void> mayAnswer_;
+};
+
+TEST_F(CurrentMetricsTest, AScrapeThatTakesLongSlowsNoSample) {
+  const auto gate = std::make_shared<SlowGate>();
+  metrics_.setMachine({}, gate);
+  metrics_.take(drawing(5));
+  auto scrape = std::async(std::launch::async, [this] { return metrics_.families(); });
+  gate->waitUntilAsked();
+  // Neither returned if the scrape held them up.
+  metrics_.take(drawing(6));
+  metrics_.clear();
+  gate->answer();
+  // It tells of the moment in which it was asked.
+  EXPECT_TRUE(holdsSeries(scrape.get(), "pallimo_power_watts{domain=\"package\"} 5\n"));
 }
 
 }  // namespace

@@ -67,6 +67,38 @@ TEST(ServedNames, StandAllInTheMetricsDocument) {
   expectOnlyServedNames("docs/fleet.md");
 }
 
+/// Everything in the text that the expression's group matches.
+Names matchesIn(const std::string& text, const char* expression) {
+  const std::regex wanted(expression);
+  return {std::sregex_token_iterator(text.begin(), text.end(), wanted, 1), {}};
+}
+
+TEST(FleetDocument, ServesWhereTheConfigurationLooks) {
+  const Names targets =
+      matchesIn(textOf("packaging/prometheus/prometheus.yml"), "- (127\\.0\\.0\\.1:\\d+)");
+  EXPECT_EQ(targets.size(), 2u);
+  const std::string fleet = textOf("docs/fleet.md");
+  EXPECT_EQ(matchesIn(fleet, "--serve (127\\.0\\.0\\.1:\\d+)"), targets);
+  const Names agent = matchesIn(textOf("packaging/macos/com.ostrovane.pallimo.serve.plist"),
+                                "<string>(127\\.0\\.0\\.1:\\d+)</string>");
+  ASSERT_EQ(agent.size(), 1u);
+  EXPECT_EQ(targets.count(*agent.begin()), 1u);
+  EXPECT_NE(fleet.find("serves on " + *agent.begin()), std::string::npos);
+}
+
+TEST(FleetDocument, NamesTheAgentByItsLabel) {
+  const std::string label = "com.ostrovane.pallimo.serve";
+  EXPECT_EQ(matchesIn(textOf("packaging/macos/com.ostrovane.pallimo.serve.plist"),
+                      "<key>Label</key>\\s*<string>([^<]*)</string>"),
+            Names{label});
+  EXPECT_NE(textOf("docs/fleet.md").find("/" + label + "      # ends it"), std::string::npos);
+}
+
+TEST(FleetDocument, ListsTheAlertsOfTheRules) {
+  EXPECT_EQ(matchesIn(textOf("docs/fleet.md"), "\\| `(Pallimo\\w+)` \\|"),
+            matchesIn(textOf("packaging/prometheus/pallimo.rules.yml"), "alert: (\\w+)"));
+}
+
 TEST(Dashboard, HasTheFourPanelsOfTheMachinesThatAreSelected) {
   const nlohmann::json panels = dashboard()["panels"];
   std::vector<std::pair<std::string, std::string>> shown;
@@ -80,6 +112,16 @@ TEST(Dashboard, HasTheFourPanelsOfTheMachinesThatAreSelected) {
                        {"Frequency", R"(pallimo_frequency_hertz{instance=~"$instance"})"},
                        {"Temperature", R"(pallimo_temperature_celsius{instance=~"$instance"})"},
                        {"Utilisation", R"(pallimo_utilization_ratio{instance=~"$instance"})"}}));
+}
+
+TEST(Dashboard, ShowsCurvesInTheUnitsThatAreServed) {
+  std::vector<std::string> shown;
+  const nlohmann::json panels = dashboard()["panels"];
+  for (const nlohmann::json& panel : panels) {
+    EXPECT_EQ(panel["type"], "timeseries");
+    shown.push_back(panel["fieldConfig"]["defaults"]["unit"]);
+  }
+  EXPECT_EQ(shown, (std::vector<std::string>{"watt", "hertz", "celsius", "percentunit"}));
 }
 
 TEST(Dashboard, SelectsAmongTheMachinesThatPrometheusKnows) {

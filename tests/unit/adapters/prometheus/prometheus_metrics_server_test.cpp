@@ -6,12 +6,14 @@
 #include <gtest/gtest.h>
 #include <sys/socket.h>
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <memory>
 #include <optional>
 #include <string>
 
+#include "adapters/prometheus/listening_place.h"
 #include "fakes/local_http.h"
 
 namespace pallimo::adapters::prometheus {
@@ -65,16 +67,41 @@ TEST(PrometheusMetricsServer, AScrapeThatStopsHalfWayLeavesRoomForOthers) {
   EXPECT_EQ(httpGet(port, "/metrics").status, 200);
 }
 
-TEST(PrometheusMetricsServer, GoesWithoutAWaitAndNobodyAnswers) {
+/// s that a server takes to go after a scrape.
+double timeToGo() {
   const std::uint16_t port = tests::freePort();
   auto server = std::make_unique<PrometheusMetricsServer>();
-  ASSERT_EQ(server->listen({"127.0.0.1", port}, [] { return oneFigure(1); }), std::nullopt);
-  ASSERT_EQ(httpGet(port, "/metrics").status, 200);
+  EXPECT_EQ(server->listen({"127.0.0.1", port}, [] { return oneFigure(1); }), std::nullopt);
+  EXPECT_EQ(httpGet(port, "/metrics").status, 200);
   const auto begin = std::chrono::steady_clock::now();
   server.reset();
-  // Two seconds without the knocking, some milliseconds with it.
-  EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(1500));
+  const std::chrono::duration<double> took = std::chrono::steady_clock::now() - begin;
   EXPECT_EQ(httpGet(port, "/metrics").status, 0);
+  return took.count();
+}
+
+TEST(PrometheusMetricsServer, GoesWithoutAWaitAndNobodyAnswers) {
+  // Two seconds each time without the knocking, some milliseconds with it: a busy machine may be
+  // slow now and then, but not always.
+  double quickest = timeToGo();
+  for (int again = 0; again < 9 && quickest > 1.5; ++again) {
+    quickest = std::min(quickest, timeToGo());
+  }
+  EXPECT_LT(quickest, 1.5);
+}
+
+TEST(PrometheusMetricsServer, TakesNoAddressOfSeveralMachines) {
+  for (const char* host :
+       {"224.0.0.1", "239.255.255.255", "255.255.255.255", "127.255.255.255", "ff02::1"}) {
+    EXPECT_EQ(problemOfListening({host, tests::freePort()}),
+              Problem("the address is not this machine's"))
+        << host;
+  }
+}
+
+TEST(PrometheusMetricsServer, KnockingWhereNobodyListensIsNoWaitAndNoHarm) {
+  knock({"127.0.0.1", tests::freePort()});
+  knock({"nonsense", 1});
 }
 
 TEST(PrometheusMetricsServer, SaysThatThePortIsInUse) {
