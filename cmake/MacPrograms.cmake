@@ -38,8 +38,11 @@ function(pallimo_app_bundle)
   set_target_properties(pallimo PROPERTIES
     MACOSX_BUNDLE_INFO_PLIST "${PALLIMO_PACKAGING}/AppInfo.plist"
     BUILD_RPATH "@executable_path/../Frameworks"
-    # A new helper breaks the seal of the bundle, so the app is linked and signed again.
-    LINK_DEPENDS "${PALLIMO_BUNDLE}/Contents/Library/LaunchServices/${PALLIMO_HELPER_IDENTIFIER}")
+    # A new helper breaks the seal of the bundle, so the app is linked and signed again; as it is when
+    # what goes into the bundle or its signature changes.
+    LINK_DEPENDS "${PALLIMO_BUNDLE}/Contents/Library/LaunchServices/${PALLIMO_HELPER_IDENTIFIER};\
+${PALLIMO_PACKAGING}/AppInfo.plist;${PROJECT_SOURCE_DIR}/packaging/macos/pallimo.entitlements;\
+${PROJECT_SOURCE_DIR}/packaging/macos/sign")
   target_include_directories(pallimo PRIVATE "${PALLIMO_PACKAGING}/include")
   target_link_libraries(pallimo PRIVATE pallimo_src_app pallimo_src_adapters_qt
                                         pallimo_src_adapters_prometheus

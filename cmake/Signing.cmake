@@ -24,9 +24,21 @@ foreach(piece IN LISTS PALLIMO_SIGNING)
     message(FATAL_ERROR "PALLIMO_SIGNING: \"${piece}\" has other characters than letters, digits, dots, hyphens")
   endif()
 endforeach()
+if(NOT PALLIMO_TEAM MATCHES "^([A-Z0-9][A-Z0-9][A-Z0-9][A-Z0-9][A-Z0-9][A-Z0-9][A-Z0-9][A-Z0-9][A-Z0-9][A-Z0-9])?$")
+  message(FATAL_ERROR "PALLIMO_SIGNING: a team is ten capital letters and digits, or empty, not \"${PALLIMO_TEAM}\"")
+endif()
 if(NOT PALLIMO_APP_IDENTIFIER MATCHES "^[a-z0-9.-]+$")
   # Settings are stored under it, and Qt lower-cases it where the system does not.
   message(FATAL_ERROR "PALLIMO_SIGNING: the app's identifier is in lower case")
+endif()
+if(NOT PALLIMO_HELPER_IDENTIFIER STREQUAL "com.ostrovane.powermetrics")
+  # The name that app and helper meet under, and the paths that root writes to and removes: fixed in
+  # the sources and in packaging/macos/common.sh, where nothing from outside reaches them.
+  message(FATAL_ERROR "PALLIMO_SIGNING: the helper's identifier is com.ostrovane.powermetrics")
+endif()
+# Compared number by number on a Mac; an empty one would be met by every version.
+if(NOT PALLIMO_OLDEST_VERSION MATCHES "^[0-9]+(\\.[0-9]+)*$" OR PALLIMO_OLDEST_VERSION VERSION_GREATER PROJECT_VERSION)
+  message(FATAL_ERROR "PALLIMO_SIGNING: \"${PALLIMO_OLDEST_VERSION}\" is no version up to ${PROJECT_VERSION}")
 endif()
 
 # pallimo_requirement(IDENTIFIER OUT)   the requirement that a program of that identifier meets
@@ -50,6 +62,12 @@ set(PALLIMO_UPDATE_FEED "https://updates.pallimo.invalid/appcast.xml" CACHE STRI
     "Address of the list of releases that the app's updater reads")
 set(PALLIMO_UPDATE_KEY "" CACHE STRING
     "Public EdDSA key (base64) that releases are signed with; empty: the app has no updater")
+if(PALLIMO_SPARKLE AND NOT PALLIMO_UPDATE_KEY)
+  message(FATAL_ERROR "PALLIMO_SPARKLE without PALLIMO_UPDATE_KEY: the updater would refuse every release")
+endif()
+if(PALLIMO_SPARKLE AND NOT PALLIMO_UPDATE_FEED MATCHES "^https://[^/]+/" OR PALLIMO_SPARKLE AND PALLIMO_UPDATE_FEED MATCHES "\.invalid/")
+  message(FATAL_ERROR "PALLIMO_SPARKLE without a PALLIMO_UPDATE_FEED: "${PALLIMO_UPDATE_FEED}" leads nowhere")
+endif()
 set(PALLIMO_UPDATE_KEY_ENTRY "")
 if(PALLIMO_UPDATE_KEY)
   set(PALLIMO_UPDATE_KEY_ENTRY

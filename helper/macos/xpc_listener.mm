@@ -12,6 +12,7 @@
 
 #include "adapters/common/signing_requirement.h"
 #include "base/mutex.h"
+#include "helper/macos/client_waits.h"
 #include "helper_link/protocol/xpc_messages.h"
 
 namespace pallimo::helper {
@@ -22,6 +23,8 @@ using adapters::common::PollLoop;
 
 /// So many clients may be connected at once; more are sent away.
 constexpr std::size_t kMostPeers = 64;
+/// So many more may be connected that have said nothing yet.
+constexpr std::size_t kMostWaiting = 64;
 /// A client that has sent nothing until then, or nothing that passed the check, is sent away.
 constexpr std::chrono::seconds kFirstMessage{5};
 
@@ -39,12 +42,15 @@ class Peer final : public ports::HelperPeer, public std::enable_shared_from_this
     virtual void peerDidEnd(const std::shared_ptr<Peer>& peer) = 0;
   };
 
-  Peer(PollLoop& loop, Owner& owner, NSXPCConnection* connection)
-      : loop_(loop), owner_(&owner), connection_(connection) {}
+  /// It counts as one of `waits`, which has been told so, until it speaks or ends.
+  Peer(PollLoop& loop, Owner& owner, std::shared_ptr<ClientWaits> waits,
+       NSXPCConnection* connection)
+      : loop_(loop), owner_(&owner), connection_(connection), waits_(std::move(waits)) {}
 
   /// Any thread. The message is handed to whoever answers the peer, if somebody does.
   void receive(std::function<void(protocol::XPCProtocol&)> message) {
     hasSpoken_ = true;
+    endWait();
     loop_.async([self = shared_from_this(), message = std::move(message)] {
       self->meet();
       if (const auto service = self->service_) message(*service);
@@ -52,6 +58,7 @@ class Peer final : public ports::HelperPeer, public std::enable_shared_from_this
   }
   /// Any thread.
   void didEnd() {
+    endWait();
     loop_.async([self = shared_from_this()] {
       self->service_.reset();
       self->connection_ = nil;
@@ -86,11 +93,17 @@ class Peer final : public ports::HelperPeer, public std::enable_shared_from_this
   }
 
  private:
+  void endWait() {
+    if (isWaiting_.exchange(false)) waits_->end();
+  }
+
   PollLoop& loop_;
   Owner* owner_;                 // null once forgotten or ended
   NSXPCConnection* connection_;  // nil once ended
   std::shared_ptr<protocol::XPCProtocol> service_;
+  const std::shared_ptr<ClientWaits> waits_;
   bool hasMet_ = false;
+  std::atomic<bool> isWaiting_ = true;
   std::atomic<bool> hasSpoken_ = false;
 };
 
@@ -166,8 +179,7 @@ class Listener final : public Peer::Owner, public std::enable_shared_from_this<L
     listenerDelegate_ = [[PallimoListenerDelegate alloc] init];
     listenerDelegate_->admit = [weak = weak_from_this()](NSXPCConnection* connection) {
       const auto self = weak.lock();
-      if (self) self->admit(connection);
-      return self != nullptr;
+      return self && self->admit(connection);
     };
     listener_ = [[NSXPCListener alloc] initWithMachServiceName:name_];
     listener_.delegate = listenerDelegate_;
@@ -177,6 +189,8 @@ class Listener final : public Peer::Owner, public std::enable_shared_from_this<L
 
   void stop() {
     [listener_ invalidate];
+    // Their first message may be on its way.
+    waits_->finish(kFirstMessage);
     for (const auto& peer : copyPeers()) {
       if (peer->hasSpoken()) peer->meet();
     }
@@ -184,8 +198,9 @@ class Listener final : public Peer::Owner, public std::enable_shared_from_this<L
 
  private:
   /// A thread of the system.
-  void admit(NSXPCConnection* connection) {
-    const auto peer = std::make_shared<Peer>(loop_, *this, connection);
+  bool admit(NSXPCConnection* connection) {
+    if (!waits_->begin()) return false;
+    const auto peer = std::make_shared<Peer>(loop_, *this, waits_, connection);
     PallimoHelperEnd* const end = [[PallimoHelperEnd alloc] init];
     end->peer = peer;
     connection.exportedInterface = [NSXPCInterface interfaceWithProtocol:@protocol(XPCProtocol)];
@@ -210,6 +225,7 @@ class Listener final : public Peer::Owner, public std::enable_shared_from_this<L
     // Before the connection can say anything: the system lets no other message through.
     [connection setCodeSigningRequirement:requirement_];
     [connection resume];
+    return true;
   }
 
   std::shared_ptr<protocol::XPCProtocol> peerDidSpeak(const std::shared_ptr<Peer>& peer) override {
@@ -242,6 +258,7 @@ class Listener final : public Peer::Owner, public std::enable_shared_from_this<L
   ports::HelperListener::Delegate* delegate_ = nullptr;
   PallimoListenerDelegate* listenerDelegate_ = nil;  // the listener holds it weakly
   NSXPCListener* listener_ = nil;
+  const std::shared_ptr<ClientWaits> waits_ = std::make_shared<ClientWaits>(kMostWaiting);
   std::set<std::shared_ptr<Peer>> accepted_;  // those of them that the delegate knows
   base::Mutex mutex_;
   std::set<std::shared_ptr<Peer>> peers_ PALLIMO_GUARDED_BY(mutex_);

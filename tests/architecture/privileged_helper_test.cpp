@@ -4,6 +4,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstddef>
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -33,6 +35,21 @@ std::vector<SourceFile> helperOfAMac() {
       std::remove_if(files.begin(), files.end(),
                      [](const auto& file) { return startsWith(file.path, "helper/linux/"); }),
       files.end());
+  return files;
+}
+
+/// What else of the sources the Mac's helper is made of, but for the files whose affair the words
+/// are.
+std::vector<SourceFile> sharedWithTheHelper(const std::vector<std::string>& but) {
+  std::vector<SourceFile> files = sourcesBelow("src/adapters/common");
+  files.erase(std::remove_if(files.begin(), files.end(),
+                             [&but](const auto& file) {
+                               return std::any_of(
+                                   but.begin(), but.end(), [&file](const auto& name) {
+                                     return startsWith(file.path, "src/adapters/common/" + name);
+                                   });
+                             }),
+              files.end());
   return files;
 }
 
@@ -66,8 +83,11 @@ TEST(PrivilegedHelper, IsCheckedByTheAppAfterTheHandlersAreSetAndBeforeTheConnec
   const std::string text = readText(root() / kConnector);
   const std::size_t checked = text.find("[connection_ setCodeSigningRequirement:requirement_];");
   ASSERT_NE(checked, std::string::npos);
-  EXPECT_EQ(text.find("[connection_ resume];", checked) - checked,
-            std::string("[connection_ setCodeSigningRequirement:requirement_];\n    ").size());
+  // A refused requirement ends the connection instead.
+  const std::string between =
+      "[connection_ setCodeSigningRequirement:requirement_];\n"
+      "    } @catch (...) {\n      return invalidate();\n    }\n    ";
+  EXPECT_EQ(text.find(between + "[connection_ resume];"), checked);
   EXPECT_EQ(countOf(text, "[connection_ resume]"), 1u);
   EXPECT_LT(text.find("if (!common::isSigningRequirement(requirement_)) return nullptr;"),
             text.find("initWithMachServiceName"));
@@ -82,12 +102,17 @@ TEST(PrivilegedHelper, NeverAsksWhoAClientIsByItsProcessNumber) {
 }
 
 TEST(PrivilegedHelper, WritesNoFileAndMakesNone) {
-  expectWordsNowhere(helperOfAMac(), {"ofstream", "fopen", "open(", "mkdir", "rename(", "chmod",
-                                      "chown", "symlink", "filesystem"});
+  const std::vector<std::string> words = {"ofstream", "fopen", "open(",   "mkdir",     "rename(",
+                                          "chmod",    "chown", "symlink", "filesystem"};
+  expectWordsNowhere(helperOfAMac(), words);
+  // One file opens the null device for a child; Linux's own files are not on a Mac.
+  expectWordsNowhere(sharedWithTheHelper({"linux/", "posix_process.cpp"}), words);
 }
 
 TEST(PrivilegedHelper, UsesNoShellAndReadsNothingFromItsEnvironment) {
-  expectWordsNowhere(helperOfAMac(), {"system(", "popen", "/bin/sh", "getenv", "environ;"});
+  const std::vector<std::string> words = {"system(", "popen", "/bin/sh", "getenv", "environ;"};
+  expectWordsNowhere(helperOfAMac(), words);
+  expectWordsNowhere(sharedWithTheHelper({"linux/"}), words);
 }
 
 TEST(PrivilegedHelper, UnderstandsFiveMessagesAndSendsOne) {
@@ -106,13 +131,59 @@ TEST(PrivilegedHelper, IsSignedWithTheHardenedRuntimeWhenItIsSignedForOthers) {
 
 TEST(PrivilegedHelper, InstalledByHandIsCheckedWhereNobodyElseCanChangeIt) {
   const std::string text = readText(root() / "packaging/macos/install-helper");
-  const std::size_t copied = text.find("install -o root -g wheel -m 0544 \"$helper\"");
+  const std::size_t copied = text.find("install -o root -g wheel -m 0500 \"$helper\"");
   const std::size_t checked =
       text.find("codesign --verify --strict -R=\"$requirement\" \"$installed_tool.new\"");
   const std::size_t placed = text.find("mv -f \"$installed_tool.new\" \"$installed_tool\"");
   ASSERT_NE(placed, std::string::npos);
   EXPECT_LT(copied, checked);
   EXPECT_LT(checked, placed);
+}
+
+TEST(PrivilegedHelper, IsInstalledUnderANameThatNoBundleChooses) {
+  const std::string text = readText(root() / "packaging/macos/common.sh");
+  EXPECT_NE(text.find("\nlabel=com.ostrovane.powermetrics\n"), std::string::npos);
+  EXPECT_EQ(countOf(text, "label="), 1u);
+}
+
+/// Every `...` of the text, and where each ends.
+std::vector<std::string> quotesOf(const std::string& text) {
+  std::vector<std::string> quotes;
+  std::size_t at = text.find('`');
+  while (at != std::string::npos) {
+    const std::size_t end = text.find('`', at + 1);
+    if (end == std::string::npos) break;
+    quotes.push_back(text.substr(at + 1, end - at - 1));
+    at = text.find('`', end + 1);
+  }
+  return quotes;
+}
+
+TEST(PrivilegedHelper, HasEachLineThatItsReadmeQuotes) {
+  // In a row of the nine ways whatever is quoted before a file, and is code, stands in that file.
+  const std::string readme = readText(root() / "helper/README.md");
+  const std::size_t begin = readme.find("## How such helpers have been attacked");
+  const std::size_t end = readme.find("\n## ", begin);
+  std::size_t found = 0;
+  for (const std::string& line : splitLines(readme.substr(begin, end - begin))) {
+    if (!startsWith(line, "| ")) continue;
+    std::vector<std::string> pending;
+    for (const std::string& quote : quotesOf(line)) {
+      const bool isFile =
+          quote.find(' ') == std::string::npos && std::filesystem::is_regular_file(root() / quote);
+      if (!isFile) {
+        if (quote.find_first_of(" =") != std::string::npos) pending.push_back(quote);
+        continue;
+      }
+      const std::string text = readText(root() / quote);
+      for (const std::string& code : pending) {
+        EXPECT_NE(text.find(code), std::string::npos) << quote << " has no " << code;
+        ++found;
+      }
+      pending.clear();
+    }
+  }
+  EXPECT_GE(found, 8u);
 }
 
 }  // namespace

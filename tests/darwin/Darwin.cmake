@@ -101,8 +101,8 @@ endif()
 # What the Mac's helper does with processes and files, over fakes of the calls that are a Mac's own;
 # the tests of child processes run a second time over them.
 add_executable(darwin_helper
-  darwin/helper/fake_process_calls.cpp darwin/helper/launchd_job_test.cpp
-  darwin/helper/process_calls_test.cpp unit/adapters/linux/posix_child_processes_test.cpp
+  darwin/helper/client_waits_test.cpp darwin/helper/fake_process_calls.cpp
+  darwin/helper/launchd_job_test.cpp darwin/helper/process_calls_test.cpp unit/adapters/linux/posix_child_processes_test.cpp
   "${PROJECT_SOURCE_DIR}/helper/macos/launchd_job.cpp"
   # In place of the one in the library.
   "${PROJECT_SOURCE_DIR}/src/adapters/common/macos/process_calls.cpp")

@@ -56,9 +56,11 @@ end() {
 begin src/adapters/macos/xpc_helper_connector.mm
 mistake '\[connection_ resume\]' '[connection_ resumeNow]' "declares the selector 'resumeNow'"
 mistake 'setCodeSigningRequirement:requirement_' 'setCodeSigningRequirement:1' "parameter of type 'NSString"
-mistake 'unInstallHelper\];' 'uninstallHelper];' "'uninstallHelper' not found"
 mistake '(void)powermetricsResult:' '(void)powerMetricsResult:' "method 'powermetricsResult:' in protocol"
-mistake '\^(BOOL isResponding)' '^(NSString* isResponding)' "with an rvalue of type 'void (^)(NSString"
+end
+begin src/adapters/common/macos/xpc_helper_proxy.h
+mistake 'unInstallHelper\];' 'uninstallHelper];' "'uninstallHelper' not found"
+mistake '\^(BOOL isResponding)' '^(NSString* isResponding)' "of type 'void (^.*)(NSString"
 end
 begin src/adapters/macos/user_notification_centre.mm
 mistake 'willPresentNotification:(' 'willShowNotification:(' "willPresentNotification:withCompletionHandler:' in protocol"

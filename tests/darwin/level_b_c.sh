@@ -29,7 +29,8 @@ shopt -s nullglob extglob
 app=(src/!(app)/*.cpp src/app/!(main).cpp src/helper_link/protocol/*.cpp
   src/adapters/{common,common/macos,libplist,macos}/*.cpp src/adapters/macos/*.mm)
 helper=(helper/*.cpp helper/macos/*.cpp helper/macos/*.mm)
-export root out target
+export root out target powermetrics
+[ "$powermetrics" = /usr/bin/powermetrics ] || fail "the helper would start $powermetrics"
 export -f cross_clang cross_compile
 # shellcheck disable=SC2016
 printf '%s\n' "${app[@]}" "${helper[@]}" tests/darwin/cross/main.cpp |
@@ -69,13 +70,18 @@ cross_link "$out/core" "${objects[@]}" "${frameworks[@]}" -lobjc -lplist-2.0 ||
 # The helper's: what it may use is less.
 objects "${helper[@]}" src/base/*.cpp src/adapters/common/*.cpp src/adapters/common/macos/*.cpp
 frameworks CoreFoundation Foundation Security
-link_helper() { # PROGRAM INFO JOB
-  cross_link "$1" "${objects[@]}" "${frameworks[@]}" -lobjc \
-    -sectcreate __TEXT __info_plist "$2" ${3:+-sectcreate __TEXT __launchd_plist "$3"}
+# Its sections are those that the build for a Mac asks for: section 0 begins at 0, section 1 at 4.
+sections=()
+while IFS=, read -r segment section file; do
+  sections+=(-sectcreate "$segment" "$section" "$packaging/${file##*/}")
+done < <(sed -n 's/.*"LINKER:-sectcreate,\([^"]*\)".*/\1/p' cmake/MacPrograms.cmake)
+[ ${#sections[@]} -eq 8 ] || fail "cmake/MacPrograms.cmake asks for other sections than two"
+link_helper() { # PROGRAM ARGUMENT...
+  local program=$1
+  shift
+  cross_link "$program" "${objects[@]}" "${frameworks[@]}" -lobjc "$@"
 }
-info="$packaging/HelperInfo.plist"
-job="$packaging/HelperJob.plist"
-link_helper "$out/helper" "$info" "$job" || fail "the helper does not link"
+link_helper "$out/helper" "${sections[@]}" || fail "the helper does not link"
 
 # carries PROGRAM: whether it holds both lists, byte by byte.
 carries() {
@@ -97,15 +103,23 @@ refuses() { # WHAT LIST NAME: the name is taken off the list
   local list="$out/sdk/$2"
   cp "$list" "$out/list"
   sed "s/\b$3\b/_taken_away/" "$out/list" >"$list"
-  if link_helper "$out/broken" "$info" "$job" >"$out/said" 2>&1; then fail "a missing $1 was not noticed"; fi
+  if link_helper "$out/broken" "${sections[@]}" >"$out/said" 2>&1; then fail "a missing $1 was not noticed"; fi
   grep -q "$3" "$out/said" || fail "a missing $1 was not named: $(cat "$out/said")"
   cp "$out/list" "$list"
 }
 refuses function usr/lib/libSystem.tbd _kevent
 refuses class System/Library/Frameworks/Foundation.framework/Foundation.tbd NSXPCListener
-link_helper "$out/broken" "$info"
+link_helper "$out/broken" "${sections[@]:0:4}"
 if carries "$out/broken"; then fail "a missing job list was not noticed"; fi
-link_helper "$out/broken" "$info" "$info"
+link_helper "$out/broken" "${sections[@]:4:4}"
+if carries "$out/broken"; then fail "a missing list of the helper was not noticed"; fi
+link_helper "$out/broken" "${sections[@]:0:4}" "${sections[@]:4:3}" "$packaging/HelperInfo.plist"
 if carries "$out/broken"; then fail "a wrong job list was not noticed"; fi
 
-echo "level C: core and helper linked, both lists read back, 4 mistakes caught ($SECONDS s)"
+# packaging/macos/sign reads the lists off with a Mac's tools; what they say has one form.
+otool() { llvm-otool-16 "$@"; }
+# shellcheck source=packaging/macos/common.sh
+(. packaging/macos/common.sh && print_section "$out/helper" __info_plist) | cmp -s - "$packaging/HelperInfo.plist" ||
+  fail "packaging/macos/common.sh does not find the helper's list"
+
+echo "level C: core and helper linked, both lists read back, 5 mistakes caught ($SECONDS s)"

@@ -37,8 +37,13 @@ sed +(-[a-zA-Z]+ +)*-[a-zA-Z]*r ## sed -r 's/a+/b/'
 sed +(-[a-zA-Z]+ +)*-i +[^' "] ## sed -i s/a/b/ file
 sed [^|;]*'[^']*\\[+?|] ## sed 's/a\+/b/'
 sed [^|;]*'[^']*\\[tbswd] ## sed 's/\s//'
+sed [^|;]*s(/[^/]*/[^/]*|,[^,]*,[^,]*)\\n ## sed 's/,/\n/'
+grep +(-[a-zA-Z]+ +)*'[^']*\\[+?|] ## grep 'a\|b' file
 grep +(-[a-zA-Z]+ +)*-[a-zA-Z]*P ## grep -P '\d' file
 date +(-[a-zA-Z]+ +)*(-d|--date) ## date -d yesterday
+date [^|;)]*%[0-9]*N ## date +%s%N
+readlink +(-[a-zA-Z]+ +)*-[a-zA-Z]*[em] ## readlink -e file
+(^|[^A-Za-z_./-])(cp|mv|ln|rm|mkdir|rmdir|chmod|chown|touch|cat|cut|head|tail|sort|sed|tr|wc|tee|find|du|df|tar) ([^|;&#]* )?--[a-z] ## rm --recursive folder
 stat +(-[a-zA-Z]+ +)*(-c|--format) ## stat -c %s file
 head +-n +- ## head -n -1 file
 xargs +(-[a-zA-Z]+ +)*(-d|-r|--) ## xargs -d '\n' rm
@@ -90,14 +95,33 @@ done < <(rules)
 if found=$(grep -E '"\$\{[A-Za-z_]+\[@\]\}"' "$sandbox/code"); then
   complain "$found   (an empty list ends a script of bash 3.2)"
 fi
+# Bash 3.2 ends a command substitution at the first parenthesis that closes, also at that of a pattern.
+substituted_case() { # FILE: its lines
+  awk '
+    { line = $0; sub(/^[[:space:]]*#.*/, "", line) }
+    /\$\([^()]*$/ { inside = 1 }
+    inside && line ~ /(^|[^A-Za-z_])case .* in/ { print FILENAME ":" FNR ": " line }
+    line ~ /\$\((.*[^A-Za-z_])?case .* in .*\)/ && !inside { print FILENAME ":" FNR ": " line }
+    inside && line ~ /^[^(]*\)/ { inside = 0 }' "$1"
+}
+printf 'x=$(\n  case $1 in a) echo b ;; esac\n)\n' >"$sandbox/example"
+[ -n "$(substituted_case "$sandbox/example")" ] || complain "no case within a substitution is caught"
+printf 'x=$(case $1 in a) echo b ;; esac)\n' >"$sandbox/example"
+[ -n "$(substituted_case "$sandbox/example")" ] || complain "no case within a short substitution is caught"
 for script in "${scripts[@]}"; do
+  found=$(substituted_case "$script")
+  [ -z "$found" ] || complain "$found   (bash 3.2 can't read a case within a substitution)"
+done
+
+for script in "${scripts[@]}"; do
+  # By whatever bash this is: what a later one alone can read is for the rules above.
   bash -n "$script" || complain "${script#"$root"/} is no shell script"
 done
 
 # Each program of this folder says it runs with the system's own bash.
 for script in "$root"/packaging/macos/*; do
   [ -x "$script" ] && [ -f "$script" ] || continue
-  [ "$(head -n 1 "$script")" = "#!/bin/bash" ] || complain "${script#"$root"/} does not name /bin/bash"
+  head -n 1 "$script" | grep -Eqx '#!/bin/bash( -p)?' || complain "${script#"$root"/} does not name /bin/bash"
 done
 
 echo "$checked rules, ${#scripts[@]} scripts, $failed failed"

@@ -40,16 +40,16 @@ function(sign signing)
 endfunction()
 
 file(MAKE_DIRECTORY "${WORK}")
-sign(";com.a;com.b;1.2")
+sign(";com.a;com.ostrovane.powermetrics;1.2")
 expect("without a team" "${app}"
        "identifier \"com.a\" and info [CFBundleShortVersionString] >= \"1.2\"")
 
-sign("TEAM123456;com.a;com.b;1.2")
+sign("TEAM123456;com.a;com.ostrovane.powermetrics;1.2")
 set(developer_id " and certificate 1[field.1.2.840.113635.100.6.2.6] exists and certificate leaf[field.1.2.840.113635.100.6.1.13] exists and certificate leaf[subject.OU] = \"TEAM123456\"")
 expect("the app, of a team" "${app}"
        "anchor apple generic and identifier \"com.a\" and info [CFBundleShortVersionString] >= \"1.2\"${developer_id}")
 expect("the helper, of a team" "${helper}"
-       "anchor apple generic and identifier \"com.b\" and info [CFBundleShortVersionString] >= \"1.2\"${developer_id}")
+       "anchor apple generic and identifier \"com.ostrovane.powermetrics\" and info [CFBundleShortVersionString] >= \"1.2\"${developer_id}")
 file(READ "${WORK}/packaging/macos/AppInfo.plist" list)
 string(FIND "${list}" "&gt;= \"1.2\"${developer_id}" at)
 if(at LESS 0)
@@ -58,19 +58,42 @@ endif()
 string(FIND "${list}" "SUPublicEDKey" at)
 expect("without a key there is no entry for it" "${at}" "-1")
 
-sign("TEAM123456;com.a;com.b;1.2" "-DPALLIMO_UPDATE_KEY=abc=")
+sign("TEAM123456;com.a;com.ostrovane.powermetrics;1.2" "-DPALLIMO_UPDATE_KEY=abc=")
 file(READ "${WORK}/packaging/macos/AppInfo.plist" list)
 string(FIND "${list}" "\t<key>SUPublicEDKey</key>\n\t<string>abc=</string>\n</dict>" at)
 if(at LESS 0)
   expect("a key has its entry" "${list}" "")
 endif()
 
-foreach(bad "TEAM;com.a;com.b" "TEAM\";com.a;com.b;1.2" ";com.A;com.b;1.2" ";com.a or true;com.b;1.2")
+# A piece too few; characters that lead a requirement astray; capitals in the app's name; a team that
+# is none; an empty name; another helper than the one of the sources; versions that are none, and one
+# that this version itself would not meet.
+set(helper_name "com.ostrovane.powermetrics")
+foreach(bad "TEAM123456;com.a;${helper_name}" "TEAM12345\";com.a;${helper_name};1.2" ";com.A;${helper_name};1.2"
+            ";com.a or true;${helper_name};1.2" "TEAM;com.a;${helper_name};1.2" "team123456;com.a;${helper_name};1.2"
+            "TEAM1234567;com.a;${helper_name};1.2" ";;${helper_name};1.2" ";com.a;;1.2" ";com.a;com.b;1.2"
+            ";com.a;${helper_name};" ";com.a;${helper_name};x" ";com.a;${helper_name};1." ";com.a;${helper_name};9.8.8"
+            ";com.a;${helper_name};99.0")
   sign("${bad}")
   if(status EQUAL 0 OR NOT said MATCHES "PALLIMO_SIGNING")
     expect("\"${bad}\" is refused" "${status} ${said}" "an error")
   endif()
 endforeach()
+sign(";com.a;${helper_name};9.8.7")
+expect("this version may be the oldest" "${status}" "0")
+
+# An updater that could never update is refused.
+set(signing ";com.a;${helper_name};1.2")
+set(feed "-DPALLIMO_UPDATE_FEED=https://a.example/appcast.xml")
+foreach(bad "${feed}" "-DPALLIMO_UPDATE_KEY=abc="
+            "-DPALLIMO_UPDATE_KEY=abc=;-DPALLIMO_UPDATE_FEED=http://a.example/appcast.xml")
+  sign("${signing}" "-DPALLIMO_SPARKLE=/Sparkle.framework" ${bad})
+  if(status EQUAL 0 OR NOT said MATCHES "PALLIMO_SPARKLE")
+    expect("an updater with ${bad} alone is refused" "${status} ${said}" "an error")
+  endif()
+endforeach()
+sign("${signing}" "-DPALLIMO_SPARKLE=/Sparkle.framework" "-DPALLIMO_UPDATE_KEY=abc=" "${feed}")
+expect("an updater with key and feed" "${status}" "0")
 
 if(failures GREATER 0)
   message(FATAL_ERROR "${failures} expectations failed")

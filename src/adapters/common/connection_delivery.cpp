@@ -47,50 +47,50 @@ void ConnectionDelivery::silence() {
 
 void ConnectionDelivery::deliverResult(std::optional<base::Bytes> document) {
   if (isEnded()) return;
-  executor_.post([self = shared_from_this(), document = std::move(document)]() mutable {
+  gate_->post([self = shared_from_this(), document = std::move(document)]() mutable {
     if (const auto object = self->exportedObject()) object->powermetricsResult(std::move(document));
   });
 }
 
 void ConnectionDelivery::deliverReply(std::function<void()> reply) {
   if (isEnded()) return;
-  executor_.post([self = shared_from_this(), reply = std::move(reply)] {
+  gate_->post([self = shared_from_this(), reply = std::move(reply)] {
     if (!self->isEnded()) reply();
   });
 }
 
 void ConnectionDelivery::deliverInterruption() {
   if (isEnded()) return;
-  executor_.post([self = shared_from_this()] {
+  gate_->post([self = shared_from_this()] {
     if (const auto handler = self->interruptionHandler()) handler();
   });
 }
 
 void ConnectionDelivery::deliverInvalidation() {
   if (isSilent()) return;
-  executor_.post([self = shared_from_this()] {
+  gate_->post([self = shared_from_this()] {
     if (const auto handler = self->takeInvalidationHandler()) handler();
   });
 }
 
 bool ConnectionDelivery::isEnded() {
   base::MutexLock lock(mutex_);
-  return isEnded_ || *isAllSilent_;
+  return isEnded_ || gate_->isClosed();
 }
 
 bool ConnectionDelivery::isSilent() {
   base::MutexLock lock(mutex_);
-  return isSilent_ || *isAllSilent_;
+  return isSilent_ || gate_->isClosed();
 }
 
 std::shared_ptr<helper_link::protocol::ClientProtocol> ConnectionDelivery::exportedObject() {
   base::MutexLock lock(mutex_);
-  return *isAllSilent_ ? nullptr : handlers_.exportedObject;
+  return gate_->isClosed() ? nullptr : handlers_.exportedObject;
 }
 
 std::function<void()> ConnectionDelivery::interruptionHandler() {
   base::MutexLock lock(mutex_);
-  return *isAllSilent_ ? nullptr : handlers_.interruption;
+  return gate_->isClosed() ? nullptr : handlers_.interruption;
 }
 
 std::function<void()> ConnectionDelivery::takeInvalidationHandler() {
@@ -99,7 +99,7 @@ std::function<void()> ConnectionDelivery::takeInvalidationHandler() {
   base::MutexLock lock(mutex_);
   isEnded_ = true;
   isSilent_ = true;
-  if (!*isAllSilent_) handler.swap(handlers_.invalidation);
+  if (!gate_->isClosed()) handler.swap(handlers_.invalidation);
   std::swap(dropped, handlers_);
   return handler;
 }

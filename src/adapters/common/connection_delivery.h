@@ -3,14 +3,13 @@
 
 #pragma once
 
-#include <atomic>
 #include <functional>
 #include <memory>
 #include <optional>
 #include <utility>
 
+#include "adapters/common/delivery_gate.h"
 #include "base/bytes.h"
-#include "base/executor.h"
 #include "base/mutex.h"
 #include "helper_link/protocol/xpc_protocol.h"
 
@@ -21,12 +20,8 @@ namespace pallimo::adapters::common {
 /// was cleared meanwhile, or anything of an ended connection, is dropped. Any thread.
 class ConnectionDelivery : public std::enable_shared_from_this<ConnectionDelivery> {
  public:
-  /// Shared by all deliveries of one connector: once true, none of them uses its executor any more.
-  using Silence = std::shared_ptr<const std::atomic<bool>>;
-
-  explicit ConnectionDelivery(base::Executor& executor,
-                              Silence isAllSilent = std::make_shared<std::atomic<bool>>(false))
-      : executor_(executor), isAllSilent_(std::move(isAllSilent)) {}
+  /// The gate is shared by all deliveries of one connector: once it is closed, nothing is called.
+  explicit ConnectionDelivery(std::shared_ptr<DeliveryGate> gate) : gate_(std::move(gate)) {}
 
   void setExportedObject(std::shared_ptr<helper_link::protocol::ClientProtocol> exportedObject);
   void setInvalidationHandler(std::function<void()> handler);
@@ -55,8 +50,7 @@ class ConnectionDelivery : public std::enable_shared_from_this<ConnectionDeliver
   std::function<void()> interruptionHandler();
   std::function<void()> takeInvalidationHandler();
 
-  base::Executor& executor_;
-  const Silence isAllSilent_;
+  const std::shared_ptr<DeliveryGate> gate_;
   base::Mutex mutex_;
   Handlers handlers_ PALLIMO_GUARDED_BY(mutex_);
   bool isEnded_ PALLIMO_GUARDED_BY(mutex_) = false;

@@ -87,11 +87,10 @@ class DBusHelperConnection final : public ports::HelperConnection {
 
 DBusHelperConnector::DBusHelperConnector(base::Executor& delivery, const StateFolder& folder,
                                          std::function<HelperStart()> launch, DBusLinkLimits limits)
-    : executor_(delivery),
-      address_(unixSocketAddress(folder.helperSocket())),
+    : address_(unixSocketAddress(folder.helperSocket())),
       launch_(std::move(launch)),
       limits_(limits),
-      isSilent_(std::make_shared<std::atomic<bool>>(false)),
+      gate_(std::make_shared<common::DeliveryGate>(delivery)),
       linkThread_(std::make_shared<DBusLinkThread>()) {
   dbus_threads_init_default();
   // What the program does about SIGPIPE is its own affair; libdbus writes without raising it.
@@ -100,7 +99,7 @@ DBusHelperConnector::DBusHelperConnector(base::Executor& delivery, const StateFo
 }
 
 DBusHelperConnector::~DBusHelperConnector() {
-  *isSilent_ = true;
+  gate_->close();
   linkThread_->end();
   // Beyond the limit the thread is held up by the system, in connecting to a stopped helper whose
   // queue is full or in starting one. It ends by itself then, touching nothing of ours.
@@ -118,7 +117,7 @@ std::shared_ptr<ports::HelperConnection> DBusHelperConnector::connect(
   namespace protocol = helper_link::protocol;
   const bool isHelper = machServiceName == protocol::kMachServiceName &&
                         (options & protocol::kConnectionPrivileged) != 0;
-  auto delivery = std::make_shared<common::ConnectionDelivery>(executor_, isSilent_);
+  auto delivery = std::make_shared<common::ConnectionDelivery>(gate_);
   auto link = std::make_shared<DBusHelperLink>(
       DBusHelperLink::Services{linkThread_, isHelper ? address_ : std::string(), launch_, limits_},
       std::move(delivery));

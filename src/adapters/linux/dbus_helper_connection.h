@@ -3,7 +3,6 @@
 
 #pragma once
 
-#include <atomic>
 #include <functional>
 #include <memory>
 #include <string>
@@ -45,11 +44,10 @@ class DBusHelperConnector final : public ports::HelperConnector {
                                                    unsigned options) override;
 
  private:
-  base::Executor& executor_;
   const std::string address_;
   const std::function<HelperStart()> launch_;
   const DBusLinkLimits limits_;
-  const std::shared_ptr<std::atomic<bool>> isSilent_;
+  const std::shared_ptr<common::DeliveryGate> gate_;
   const std::shared_ptr<DBusLinkThread> linkThread_;
   std::thread thread_;
 };

@@ -15,7 +15,6 @@
 #pragma GCC diagnostic ignored "-Wdeprecated-declarations"
 
 namespace pallimo::adapters::macos {
-
 namespace {
 
 using ExecuteWithPrivileges = OSStatus (*)(AuthorizationRef authorization, const char* pathToTool,
@@ -75,18 +74,23 @@ class HelperInstaller final : public ports::HelperInstaller {
   }
 };
 
+std::optional<base::PropertyList> infoDictionaryAt(CFURLRef url) {
+  const CFRef dictionary(CFBundleCopyInfoDictionaryForURL(url));
+  return propertyListFrom(dictionary.get());
+}
+
 class Bundle final : public ports::Bundle {
  public:
   std::optional<base::PropertyList> infoDictionary(std::string_view path) const override {
     const CFBundleRef bundle = CFBundleGetMainBundle();
     const CFRef root(bundle == nullptr ? nullptr : CFBundleCopyBundleURL(bundle));
+    if (!root) return std::nullopt;
+    if (path.empty()) return infoDictionaryAt(root.get());
     const auto inside = cfText(path);
-    if (!root || !inside) return std::nullopt;
+    if (!inside) return std::nullopt;
     const CFRef url(CFURLCreateCopyAppendingPathComponent(kCFAllocatorDefault, root.get(),
                                                           inside.get(), false));
-    if (!url) return std::nullopt;
-    const CFRef dictionary(CFBundleCopyInfoDictionaryForURL(path.empty() ? root.get() : url.get()));
-    return propertyListFrom(dictionary.get());
+    return url ? infoDictionaryAt(url.get()) : std::nullopt;
   }
 };
 
@@ -99,17 +103,12 @@ class SystemLog final : public ports::SystemLog {
 };
 
 }  // namespace
-
 std::unique_ptr<ports::AuthorizationServices> makeAuthorizationServices() {
   return std::make_unique<AuthorizationServices>();
 }
-
 std::unique_ptr<ports::HelperInstaller> makeHelperInstaller() {
   return std::make_unique<HelperInstaller>();
 }
-
 std::unique_ptr<ports::Bundle> makeBundle() { return std::make_unique<Bundle>(); }
-
 std::unique_ptr<ports::SystemLog> makeSystemLog() { return std::make_unique<SystemLog>(); }
-
 }  // namespace pallimo::adapters::macos

@@ -11,7 +11,7 @@
 #include <cstdint>
 
 // What IOKit exports beside the functions of its public headers, in which these are missing. Weak:
-// the app must start on a system that dropped them.
+// the app must start on a system that dropped them. A client is made only where all four are there.
 extern "C" {
 typedef struct __IOHIDEvent* IOHIDEventRef;
 [[gnu::weak]] IOHIDEventSystemClientRef IOHIDEventSystemClientCreate(CFAllocatorRef allocator);

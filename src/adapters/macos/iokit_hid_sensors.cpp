@@ -8,7 +8,6 @@
 #include "adapters/macos/system_values.h"
 
 namespace pallimo::adapters::macos {
-
 namespace {
 
 class HidClient final : public ports::HidClient {
@@ -70,7 +69,10 @@ class HidClient final : public ports::HidClient {
 class HidSensors final : public ports::HidSensors {
  public:
   std::unique_ptr<ports::HidClient> createClient() override {
-    if (IOHIDEventSystemClientCreate == nullptr) return nullptr;
+    const bool isWhole =
+        IOHIDEventSystemClientCreate != nullptr && IOHIDEventSystemClientSetMatching != nullptr &&
+        IOHIDServiceClientCopyEvent != nullptr && IOHIDEventGetFloatValue != nullptr;
+    if (!isWhole) return nullptr;
     CFRef client(IOHIDEventSystemClientCreate(kCFAllocatorDefault));
     if (!client) return nullptr;
     return std::make_unique<HidClient>(std::move(client));
@@ -78,7 +80,5 @@ class HidSensors final : public ports::HidSensors {
 };
 
 }  // namespace
-
 std::unique_ptr<ports::HidSensors> makeHidSensors() { return std::make_unique<HidSensors>(); }
-
 }  // namespace pallimo::adapters::macos

@@ -14,7 +14,6 @@
 #pragma GCC diagnostic ignored "-Wdeprecated-declarations"
 
 namespace pallimo::adapters::macos {
-
 namespace {
 
 constexpr std::size_t kSmcRecordSize = 80;
@@ -113,19 +112,14 @@ class ProcessorTicks final : public ports::ProcessorTicks {
 };
 
 }  // namespace
-
 std::unique_ptr<ports::SmcDevice> makeSmcDevice() { return std::make_unique<SmcDevice>(); }
-
 std::unique_ptr<ports::AcceleratorRegistry> makeAcceleratorRegistry() {
   return std::make_unique<AcceleratorRegistry>();
 }
-
 std::unique_ptr<ports::SystemControls> makeSystemControls() {
   return std::make_unique<SystemControls>();
 }
-
 std::unique_ptr<ports::ProcessorTicks> makeProcessorTicks() {
   return std::make_unique<ProcessorTicks>();
 }
-
 }  // namespace pallimo::adapters::macos

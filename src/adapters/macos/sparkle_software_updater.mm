@@ -38,5 +38,4 @@ class SparkleSoftwareUpdater final : public ports::SoftwareUpdater {
 std::unique_ptr<ports::SoftwareUpdater> makeSoftwareUpdater() {
   return std::make_unique<SparkleSoftwareUpdater>();
 }
-
 }  // namespace pallimo::adapters::macos

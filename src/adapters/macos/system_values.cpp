@@ -10,7 +10,6 @@
 #include <vector>
 
 namespace pallimo::adapters::macos {
-
 namespace {
 
 using base::PropertyList;
@@ -86,5 +85,4 @@ std::optional<PropertyList> propertyListFrom(CFTypeRef value) {
   }
   return std::nullopt;
 }
-
 }  // namespace pallimo::adapters::macos

@@ -3,10 +3,16 @@
 
 #import <UserNotifications/UserNotifications.h>
 
+#include <atomic>
+
 #include "adapters/macos/objc_adapters.h"
 #include "helper_link/protocol/xpc_messages.h"
 
 using pallimo::helper_link::protocol::nsString, pallimo::helper_link::protocol::stdString;
+
+constexpr UNNotificationPresentationOptions kBannerAndSound =
+    UNNotificationPresentationOptionBanner | UNNotificationPresentationOptionSound;
+static_assert(kBannerAndSound == 18);
 
 @interface PallimoNotificationDelegate : NSObject <UNUserNotificationCenterDelegate> {
  @public
@@ -22,7 +28,7 @@ using pallimo::helper_link::protocol::nsString, pallimo::helper_link::protocol::
   shown.title = stdString(notification.request.content.title);
   shown.subtitle = stdString(notification.request.content.subtitle);
   const auto asked = delegate.lock();
-  completionHandler(asked ? asked->willPresentNotification(shown) : 0);
+  completionHandler(asked ? asked->willPresentNotification(shown) : kBannerAndSound);
 }
 @end
 
@@ -31,13 +37,16 @@ namespace {
 
 class NotificationCentre final : public ports::UserNotifications {
  public:
+  ~NotificationCentre() override { *hasEnded_ = true; }
   void setDelegate(std::weak_ptr<ports::UserNotificationsDelegate> delegate) override {
     delegate_ = [[PallimoNotificationDelegate alloc] init];
     delegate_->delegate = std::move(delegate);
     centre_.delegate = delegate_;
   }
   void requestAuthorization(std::uint32_t options, AuthorizationAnswer answer) override {
+    const auto hasEnded = hasEnded_;
     const auto answered = ^(BOOL granted, NSError* error) {
+      if (*hasEnded) return;
       if (error == nil) return answer(granted, std::nullopt);
       answer(granted, stdString(error.description));
     };
@@ -58,6 +67,8 @@ class NotificationCentre final : public ports::UserNotifications {
   }
 
  private:
+  // The user may answer at any time, or never.
+  const std::shared_ptr<std::atomic<bool>> hasEnded_ = std::make_shared<std::atomic<bool>>(false);
   // Asking for it without a bundle raises an exception.
   UNUserNotificationCenter* const centre_ = NSBundle.mainBundle.bundleIdentifier
                                                 ? UNUserNotificationCenter.currentNotificationCenter
@@ -69,5 +80,4 @@ class NotificationCentre final : public ports::UserNotifications {
 std::unique_ptr<ports::UserNotifications> makeUserNotifications() {
   return std::make_unique<NotificationCentre>();
 }
-
 }  // namespace pallimo::adapters::macos

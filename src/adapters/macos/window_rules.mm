@@ -5,18 +5,21 @@
 
 #include "adapters/macos/objc_adapters.h"
 
+constexpr NSWindowCollectionBehavior kBehaviour =
+    NSWindowCollectionBehaviorFullScreenNone | NSWindowCollectionBehaviorFullScreenDisallowsTiling;
+static_assert(kBehaviour == 0x1200);
+
+// What is written may be drawn anew, and be followed by a notice: so it is written if it differs.
 @interface PallimoWindowRules : NSObject
 @end
 @implementation PallimoWindowRules
-
 - (void)applicationWillUpdate:(NSNotification*)notification {
   for (NSWindow* window in NSApp.windows) {
-    [window standardWindowButton:NSWindowZoomButton].enabled = NO;
-    window.collectionBehavior = NSWindowCollectionBehaviorFullScreenNone |
-                                NSWindowCollectionBehaviorFullScreenDisallowsTiling;
+    NSButton* const zoom = [window standardWindowButton:NSWindowZoomButton];
+    if (zoom.enabled) zoom.enabled = NO;
+    if (window.collectionBehavior != kBehaviour) window.collectionBehavior = kBehaviour;
   }
 }
-
 @end
 
 namespace pallimo::adapters::macos {
@@ -33,9 +36,9 @@ void keepWindowRules() {
 
 void hideTitleBar(void* view) {
   NSWindow* const window = ((__bridge NSView*)view).window;
-  window.titlebarAppearsTransparent = YES;
-  window.titleVisibility = NSWindowTitleHidden;
-  window.styleMask |= NSWindowStyleMaskFullSizeContentView;
+  const NSWindowStyleMask mask = window.styleMask | NSWindowStyleMaskFullSizeContentView;
+  if (!window.titlebarAppearsTransparent) window.titlebarAppearsTransparent = YES;
+  if (window.titleVisibility != NSWindowTitleHidden) window.titleVisibility = NSWindowTitleHidden;
+  if (window.styleMask != mask) window.styleMask = mask;
 }
-
 }  // namespace pallimo::adapters::macos

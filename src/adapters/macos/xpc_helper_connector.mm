@@ -5,6 +5,7 @@
 #include <future>
 
 #include "adapters/common/connection_delivery.h"
+#include "adapters/common/macos/xpc_helper_proxy.h"
 #include "adapters/common/signing_requirement.h"
 #include "adapters/macos/objc_adapters.h"
 #include "helper_link/protocol/xpc_messages.h"
@@ -29,41 +30,17 @@ using Delivery = std::shared_ptr<Link>;
 namespace pallimo::adapters::macos {
 namespace {
 
-class HelperProxy final : public protocol::XPCProtocol {
- public:
-  HelperProxy(id<XPCProtocol> remote, Delivery link) : remote_(remote), delivery_(link) {}
-
-  void isResponding(std::function<void(bool)> completion) override {
-    const auto delivery = delivery_;
-    [remote_ isRespondingWithCompletion:^(BOOL isResponding) {
-      delivery->deliverReply([completion, isResponding] { completion(isResponding); });
-    }];
-  }
-  void unInstallHelper() override { [remote_ unInstallHelper]; }
-  void getVersion(std::function<void(std::string)> completion) override {
-    const auto delivery = delivery_;
-    [remote_ getVersionWithCompletion:^(NSString* version) {
-      delivery->deliverReply(
-          [completion, text = protocol::stdString(version)] { completion(text); });
-    }];
-  }
-  void requestPowermetrics(double msSampling, bool includeGPU) override {
-    [remote_ requestPowermetricsWithMsSampling:msSampling includeGPU:includeGPU];
-  }
-  void closeHelper() override { [remote_ closeHelper]; }
-
- private:
-  const id<XPCProtocol> remote_;
-  const Delivery delivery_;
-};
-
 class Connection final : public ports::HelperConnection {
  public:
-  Connection(NSXPCConnection* connection, NSString* requirement, Delivery delivery)
-      : connection_(connection), requirement_(requirement), delivery_(std::move(delivery)) {}
+  Connection(NSXPCConnection* connection, NSString* requirement, Delivery delivery,
+             common::Sender last)
+      : connection_(connection),
+        requirement_(requirement),
+        delivery_(std::move(delivery)),
+        last_(std::move(last)) {}
   ~Connection() override {
     delivery_->silence();
-    [connection_ invalidate];
+    close();
   }
   void setExportedObject(std::shared_ptr<protocol::ClientProtocol> object) override {
     delivery_->setExportedObject(std::move(object));
@@ -80,17 +57,25 @@ class Connection final : public ports::HelperConnection {
     delivery_->setInterruptionHandler(std::move(handler));
   }
   void resume() override {
-    [connection_ setCodeSigningRequirement:requirement_];
+    if (hasEnded_) return;
+    @try {
+      [connection_ setCodeSigningRequirement:requirement_];
+    } @catch (...) {
+      return invalidate();
+    }
     [connection_ resume];
+    isResumed_ = true;
   }
   void invalidate() override {
     delivery_->end();
-    [connection_ invalidate];
+    close();
   }
   std::shared_ptr<protocol::XPCProtocol> remoteObjectProxy() override {
-    const id proxy = connection_.remoteObjectProxy;
-    if (![proxy conformsToProtocol:@protocol(XPCProtocol)]) return nullptr;
-    return std::make_shared<HelperProxy>(proxy, delivery_);
+    @autoreleasepool {
+      const id proxy = connection_.remoteObjectProxy;
+      if (![proxy conformsToProtocol:@protocol(XPCProtocol)]) return nullptr;
+      return std::make_shared<common::HelperProxy>(proxy, connection_, delivery_, last_);
+    }
   }
 
  private:
@@ -101,10 +86,22 @@ class Connection final : public ports::HelperConnection {
       (*delivery.*deliver)();
     };
   }
+  /// To invalidate a connection may throw away what it has not sent yet.
+  void close() {
+    if (std::exchange(hasEnded_, true)) return;
+    NSXPCConnection* const connection = connection_;
+    if (!isResumed_) return [connection invalidate];  // no barrier is ever reached
+    [connection scheduleSendBarrierBlock:^{
+      [connection invalidate];
+    }];
+  }
 
   NSXPCConnection* const connection_;
   NSString* const requirement_;
   const Delivery delivery_;
+  const common::Sender last_;
+  bool isResumed_ = false;
+  bool hasEnded_ = false;
 };
 
 class Connector final : public ports::HelperConnector {
@@ -112,12 +109,14 @@ class Connector final : public ports::HelperConnector {
   Connector(base::Executor& delivery, std::string_view requirement)
       : executor_(delivery), requirement_(requirement) {}
   ~Connector() override {
-    *isSilent_ = true;
+    gate_->close();
+    NSXPCConnection* const last = last_->connection;
+    if (last == nil) return;
     const auto sent = std::make_shared<std::promise<void>>();
-    [last_ scheduleSendBarrierBlock:^{
+    [last scheduleSendBarrierBlock:^{
       sent->set_value();
     }];
-    if (last_ != nil) sent->get_future().wait_for(std::chrono::seconds(1));
+    sent->get_future().wait_for(std::chrono::seconds(1));
   }
   std::shared_ptr<ports::HelperConnection> connect(std::string_view machServiceName,
                                                    unsigned options) override {
@@ -127,16 +126,16 @@ class Connector final : public ports::HelperConnector {
                                                                            options:options];
     made.remoteObjectInterface = [NSXPCInterface interfaceWithProtocol:@protocol(XPCProtocol)];
     made.exportedInterface = [NSXPCInterface interfaceWithProtocol:@protocol(ClientProtocol)];
-    last_ = made;
-    auto link = std::make_shared<Link>(executor_, isSilent_);
-    return std::make_shared<Connection>(made, protocol::nsString(requirement_), link);
+    auto link = std::make_shared<Link>(gate_);
+    return std::make_shared<Connection>(made, protocol::nsString(requirement_), link, last_);
   }
 
  private:
-  base::Executor& executor_;
+  common::PooledExecutor executor_;  // used through the gate alone
   const std::string requirement_;
-  const std::shared_ptr<std::atomic<bool>> isSilent_ = std::make_shared<std::atomic<bool>>(false);
-  __weak NSXPCConnection* last_ = nil;
+  const std::shared_ptr<common::DeliveryGate> gate_ =
+      std::make_shared<common::DeliveryGate>(executor_);
+  const common::Sender last_ = std::make_shared<common::LastSender>();
 };
 
 }  // namespace
@@ -144,5 +143,4 @@ std::unique_ptr<ports::HelperConnector> makeHelperConnector(base::Executor& deli
                                                             std::string_view requirement) {
   return std::make_unique<Connector>(delivery, requirement);
 }
-
 }  // namespace pallimo::adapters::macos

@@ -3,6 +3,7 @@
 
 #include "app/window/system_chrome.h"
 
+#include <QGuiApplication>
 #include <QWidget>
 
 #include "adapters/macos/objc_adapters.h"
@@ -10,6 +11,8 @@
 namespace pallimo::app {
 
 ui::widgets::WindowChrome systemChrome() {
+  // Any other platform of Qt, such as "offscreen", has no views of the system to change.
+  if (QGuiApplication::platformName() != "cocoa") return {};
   // The rules hold for all windows that there ever are.
   [[maybe_unused]] static const bool areRulesKept = (adapters::macos::keepWindowRules(), true);
   return {.flags = Qt::WindowFlags(),

@@ -7,6 +7,8 @@
 # ships.
 
 target=arm64-apple-macos13
+# As the build for a Mac has it.
+powermetrics=$(sed -n 's/.*PALLIMO_POWERMETRICS="\([^"]*\)".*/\1/p' "$root/cmake/MacPrograms.cmake")
 
 # cross_headers: the headers that need a copy or a link. Apple's availability marks are switched on,
 # which Debian's libc++ is configured without: a function that macOS 13 lacks is an error.
@@ -26,7 +28,7 @@ cross_clang() {
     -isystem "$root/tests/darwin/cross/include" -isystem "$root/tests/darwin/include" \
     -isystem /usr/include/x86_64-linux-musl -isystem "$out/include/libraries" \
     -I"$root/src" -I"$root" -I"$out/generated" \
-    -DPALLIMO_VERSION='"0"' -DPALLIMO_POWERMETRICS='"/usr/bin/powermetrics"' \
+    -DPALLIMO_VERSION='"0"' -DPALLIMO_POWERMETRICS="\"$powermetrics\"" \
     -DPALLIMO_SUPPORT_ADDRESS='""' -DPALLIMO_STORE_ADDRESS='""' -DPALLIMO_SOCIAL_ADDRESS='""' \
     -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Wold-style-cast -Wthread-safety -Werror \
     "$@"

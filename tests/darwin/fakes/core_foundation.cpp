@@ -252,6 +252,7 @@ CFURLRef CFURLCreateCopyAppendingPathComponent(CFAllocatorRef allocator, CFURLRe
   mac().expect(allocator == nullptr && !isDirectory, "a URL of a folder");
   const auto& thing = mac().objects.read<FakeThing>(url, "CFURLCreateCopyAppending");
   const auto& text = mac().objects.read<std::string>(component, "CFURLCreateCopyAppending");
+  mac().expect(!text.empty(), "a URL with an empty component");
   if (mac().fails("CFURLCreateCopyAppendingPathComponent")) return nullptr;
   return as<CFURLRef>(mac().objects.make(FakeThing{thing.description + "/" + text, nullptr}));
 }

@@ -12,8 +12,7 @@
 extern NSApplication* _Null_unspecified NSApp;
 extern const NSNotificationName NSApplicationWillUpdateNotification;
 
-typedef NSUInteger NSWindowButton;
-enum : NSWindowButton {
+enum NSWindowButton : NSUInteger {
   NSWindowCloseButton,
   NSWindowMiniaturizeButton,
   NSWindowZoomButton,
@@ -31,8 +30,7 @@ enum : NSWindowCollectionBehavior {
 typedef NSUInteger NSWindowStyleMask;
 enum : NSWindowStyleMask { NSWindowStyleMaskFullSizeContentView = 1 << 15 };
 
-typedef NSInteger NSWindowTitleVisibility;
-enum : NSWindowTitleVisibility { NSWindowTitleVisible = 0, NSWindowTitleHidden = 1 };
+enum NSWindowTitleVisibility : NSInteger { NSWindowTitleVisible = 0, NSWindowTitleHidden = 1 };
 
 @interface NSControl : NSObject
 @property(getter=isEnabled) BOOL enabled;

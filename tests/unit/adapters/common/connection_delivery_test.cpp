@@ -5,6 +5,11 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <future>
+#include <thread>
+
+#include "base/serial_thread.h"
 #include "fakes/manual_executor.h"
 
 namespace pallimo::adapters::common {
@@ -39,7 +44,8 @@ class ConnectionDeliveryTest : public ::testing::Test {
   Events events_;
   fakes::ManualExecutor executor_;
   std::shared_ptr<Results> object_ = std::make_shared<Results>(events_);
-  std::shared_ptr<ConnectionDelivery> delivery_ = std::make_shared<ConnectionDelivery>(executor_);
+  std::shared_ptr<DeliveryGate> gate_ = std::make_shared<DeliveryGate>(executor_);
+  std::shared_ptr<ConnectionDelivery> delivery_ = std::make_shared<ConnectionDelivery>(gate_);
 };
 
 TEST_F(ConnectionDeliveryTest, NothingIsCalledBeforeTheExecutorGetsToIt) {
@@ -107,19 +113,73 @@ TEST_F(ConnectionDeliveryTest, ASilencedDeliveryUsesItsExecutorNoMore) {
 }
 
 TEST_F(ConnectionDeliveryTest, AllDeliveriesOfOneConnectorAreSilencedTogether) {
-  const auto isSilent = std::make_shared<std::atomic<bool>>(false);
-  delivery_ = std::make_shared<ConnectionDelivery>(executor_, isSilent);
-  delivery_->setExportedObject(object_);
-  delivery_->setInvalidationHandler([this] { events_.push_back("invalidated"); });
-  delivery_->setInterruptionHandler([this] { events_.push_back("interrupted"); });
+  const auto other = std::make_shared<ConnectionDelivery>(gate_);
+  other->setInterruptionHandler([this] { events_.push_back("interrupted"); });
+  other->deliverInterruption();
   deliverEverything();
   delivery_->deliverInvalidation();
-  *isSilent = true;
+  gate_->close();
   executor_.run();
+  other->deliverInterruption();
   deliverEverything();
   delivery_->deliverInvalidation();
   EXPECT_FALSE(executor_.runOne());
   EXPECT_EQ(events_, Events());
+}
+
+/// Posting to it is held up until the test lets it go on.
+class HeldExecutor final : public base::Executor {
+ public:
+  ~HeldExecutor() override { wasPosting = isPosting.load(); }
+  void post(std::function<void()>) override {
+    isPosting = true;
+    entered.set_value();
+    let.get_future().wait();
+    isPosting = false;
+  }
+
+  std::promise<void> entered;
+  std::promise<void> let;
+  std::atomic<bool> isPosting = false;
+  inline static bool wasPosting = false;
+};
+
+TEST(DeliveryGate, IsNotClosedWhileAnotherThreadPosts) {
+  auto executor = std::make_unique<HeldExecutor>();
+  auto* const held = executor.get();
+  const auto gate = std::make_shared<DeliveryGate>(*executor);
+  const auto delivery = std::make_shared<ConnectionDelivery>(gate);
+  std::thread system([&] { delivery->deliverReply([] {}); });
+  held->entered.get_future().wait();
+  std::promise<void> isClosing;
+  std::thread owner([&] {
+    isClosing.set_value();
+    gate->close();
+    executor.reset();
+  });
+  isClosing.get_future().wait();
+  held->let.set_value();
+  system.join();
+  owner.join();
+  EXPECT_FALSE(HeldExecutor::wasPosting);
+}
+
+TEST(DeliveryGate, AnExecutorMayEndWhileTheSystemDelivers) {
+  for (int round = 0; round < 50; ++round) {
+    auto executor = std::make_unique<base::SerialThread>();
+    const auto gate = std::make_shared<DeliveryGate>(*executor);
+    const auto delivery = std::make_shared<ConnectionDelivery>(gate);
+    std::promise<void> started;
+    std::thread system([&] {
+      delivery->deliverReply([] {});
+      started.set_value();
+      for (int reply = 0; reply < 100; ++reply) delivery->deliverReply([] {});
+    });
+    started.get_future().wait();
+    gate->close();
+    executor.reset();
+    system.join();
+  }
 }
 
 TEST_F(ConnectionDeliveryTest, TheExportedObjectIsReleasedAtTheEnd) {
