@@ -12,7 +12,7 @@ namespace pallimo::app {
 
 ui::widgets::WindowChrome systemChrome() {
   // Any other platform of Qt, such as "offscreen", has no views of the system to change.
-  if (QGuiApplication::platformName() != "cocoa") return {};
+  if (QGuiApplication::platformName() != "cocoa") return ui::widgets::framelessChrome();
   // The rules hold for all windows that there ever are.
   [[maybe_unused]] static const bool areRulesKept = (adapters::macos::keepWindowRules(), true);
   return {.flags = Qt::WindowFlags(),
