@@ -5,6 +5,7 @@
 
 #include <QPainter>
 #include <algorithm>
+#include <bit>
 #include <cstring>
 #include <utility>
 
@@ -13,15 +14,38 @@
 namespace pallimo::ui::widgets {
 namespace {
 
-// Columns and rows of an image around those that are wanted. A line that meets the edge of
-// an image is cut there, which turns it a little; nothing that reaches a wanted pixel comes so far.
+// Points around those that are shown, at the right, above and below. A line that meets the edge of
+// an image is cut there, which turns it a little; nothing that reaches a shown pixel comes so far.
 constexpr int kMargin = 4;
+/// Points that the lines of some columns run over their neighbours, at most.
+constexpr int kGuard = 4;
 constexpr std::size_t kBytesAPixel = 4;
 
 std::size_t bytes(int pixels) { return static_cast<std::size_t>(pixels) * kBytesAPixel; }
 
-QSize imageSize(int width, int height, int ratio) {
-  return QSize(width + 2 * kMargin, height + 2 * kMargin) * ratio;
+/// A copy of some columns of an image, `left` and `width` in pixels.
+class Stripe {
+ public:
+  Stripe(const QImage& image, int left, int width)
+      : left_(left), pixels_(image.copy(left, 0, width, image.height())) {}
+
+  void putBack(QImage& image) const {
+    for (int y = 0; y < pixels_.height(); ++y) {
+      std::memcpy(image.scanLine(y) + bytes(left_), pixels_.constScanLine(y),
+                  bytes(pixels_.width()));
+    }
+  }
+
+ private:
+  const int left_;
+  const QImage pixels_;
+};
+
+// The box begins at a power of two, and ends before the next one: coordinates have the same number
+// of digits behind the point all over it, so that a line is rounded alike wherever it moves. What
+// lies at its left is never touched, and takes next to no memory.
+int leftOf(int boxPixels) {
+  return static_cast<int>(std::bit_ceil(static_cast<unsigned>(boxPixels)));
 }
 
 }  // namespace
@@ -46,11 +70,12 @@ GraphCanvas::Painted GraphCanvas::draw(const GraphView& graph, QSize box, int ra
   box_ = box;
   ratio_ = ratio;
   scheme_ = scheme;
-  const QSize size = imageSize(box.width(), box.height(), ratio);
+  left_ = leftOf((box.width() + kMargin) * ratio);
+  const QSize size(left_ + (box.width() + kMargin) * ratio, (box.height() + 2 * kMargin) * ratio);
   if (image_.size() != size) {
     image_ = QImage(size, QImage::Format_RGB32);
   }
-  paint({0, box.width()}, image_);
+  paint({0, box.width()});
   return Painted::everything;
 }
 
@@ -60,34 +85,35 @@ QImage GraphCanvas::image() const {
   if (size.isEmpty()) {
     return {};
   }
-  return {image_.constScanLine(margin) + bytes(margin), size.width(), size.height(),
+  return {image_.constScanLine(margin) + bytes(left_), size.width(), size.height(),
           image_.bytesPerLine(), image_.format()};
 }
 
+// In place, not beside it: at another place a line's coordinates are rounded otherwise, and now and
+// then a pixel comes out by one shade lighter. The neighbours, over which the lines run, are put
+// back.
 void GraphCanvas::paintAgain(Columns columns) {
   columns.begin = std::max(columns.begin, 0);
-  const int width = columns.end - columns.begin;
-  QImage scratch(imageSize(width, box_.height(), ratio_), QImage::Format_RGB32);
-  paint(columns, scratch);
-  const int margin = kMargin * ratio_;
-  for (int y = margin; y < image_.height() - margin; ++y) {
-    std::memcpy(image_.scanLine(y) + bytes(columns.begin * ratio_ + margin),
-                scratch.constScanLine(y) + bytes(margin), bytes(width * ratio_));
-  }
+  const Stripe before(image_, left_ + (columns.begin - kGuard) * ratio_, kGuard * ratio_);
+  const Stripe behind(image_, left_ + columns.end * ratio_, kGuard * ratio_);
+  paint(columns);
+  before.putBack(image_);
+  behind.putBack(image_);
 }
 
-void GraphCanvas::paint(Columns columns, QImage& image) const {
-  QPainter painter(&image);
+void GraphCanvas::paint(Columns columns) {
+  QPainter painter(&image_);
+  painter.translate(left_, kMargin * ratio_);
   painter.scale(ratio_, ratio_);
-  painter.translate(kMargin - columns.begin, kMargin);
   paintColumns(painter, graph_, box_, scheme_, columns);
 }
 
 void GraphCanvas::moveLeft(int points) {
   const std::size_t gone = bytes(points * ratio_);
+  const std::size_t kept = bytes(image_.width() - left_) - gone;
   for (int y = 0; y < image_.height(); ++y) {
-    uchar* row = image_.scanLine(y);
-    std::memmove(row, row + gone, bytes(image_.width()) - gone);
+    uchar* row = image_.scanLine(y) + bytes(left_);
+    std::memmove(row, row + gone, kept);
   }
 }
 

@@ -28,7 +28,7 @@ class GraphCanvas {
   QImage image() const;
 
  private:
-  void paint(Columns columns, QImage& image) const;
+  void paint(Columns columns);
   void paintAgain(Columns columns);
   void moveLeft(int points);
 
@@ -38,6 +38,7 @@ class GraphCanvas {
   int ratio_ = 0;
   ColorScheme scheme_ = ColorScheme::light;
   QImage image_;  ///< the box and a margin, of which nothing is shown
+  int left_ = 0;  ///< where the box begins in it, pixels
 };
 
 }  // namespace pallimo::ui::widgets

@@ -76,7 +76,7 @@ void paintGround(QPainter& painter, const GraphView& graph, QSize box, ColorSche
   }
   for (const Point& corner : outline(box.width(), box.height())) {
     fill(pixels.row(corner.y, part), grid);
-    fill(pixels.column(corner.x), grid);
+    fill(pixels.column(corner.x) & part, grid);
   }
 }
 

@@ -7,6 +7,7 @@
 
 #include <QPainter>
 
+#include "unit/ui/widgets/example_panels.h"
 #include "unit/ui/widgets/random_graph.h"
 #include "unit/ui/widgets/test_application.h"
 
@@ -48,6 +49,20 @@ TEST_P(GraphCanvasAt, IsTheSameToTheLastBitWhetherMovedOrPaintedAnew) {
     random_.addSamples(1);
     ASSERT_EQ(draw(), Painted::newColumns) << "sample " << sample;
     ASSERT_TRUE(isAsPaintedAnew()) << "sample " << sample;
+  }
+}
+
+TEST_P(GraphCanvasAt, IsTheSameToTheLastBitAlsoWhereLinesAreSmooth) {
+  std::vector<GraphCanvas> canvases(examplePanels().size());
+  for (int moment = 0; moment < 100; ++moment) {
+    const std::vector<Panel> panels = examplePanels(moment);
+    for (std::size_t i = 0; i < panels.size(); ++i) {
+      const GraphView& graph = panels[i].graph;
+      const Painted painted = canvases[i].draw(graph, kBox, GetParam(), ColorScheme::light);
+      ASSERT_EQ(painted, moment == 0 ? Painted::everything : Painted::newColumns);
+      ASSERT_EQ(canvases[i].image(), paintedAnew(graph, GetParam()))
+          << "panel " << i << " at " << moment;
+    }
   }
 }
 

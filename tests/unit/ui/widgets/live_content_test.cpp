@@ -54,19 +54,23 @@ TEST_F(LiveContentTest, CopiesTheValuesThatAreShownWhenTheyAreAskedFor) {
 }
 
 TEST_F(LiveContentTest, LooksTheSameWhateverSettingsItCameFrom) {
-  std::vector<Panel> fahrenheit = examplePanels(1);
+  std::vector<Panel> fahrenheit = examplePanels(3);
   fahrenheit[2].title.labelRight = "℉";
   fahrenheit[2].graph.axisLabels = {"250", "215", "180", "145", "110", "75"};
-  std::vector<Panel> pair = examplePanels(1);
-  pair[3] = examplePairPanel(1);
-  std::vector<Panel> cleared = examplePanels(1);
+  std::vector<Panel> pair = examplePanels(5);
+  pair[3] = examplePairPanel(5);
+  std::vector<Panel> cleared = examplePanels(6);
   for (Panel& panel : cleared) {
     for (GraphData& series : panel.graph.datas) series.data.clear();
   }
   const std::vector<std::pair<std::vector<Panel>, ColorScheme>> steps = {
-      {examplePanels(1), ColorScheme::light}, {fahrenheit, ColorScheme::light},
-      {examplePanels(1), ColorScheme::dark},  {pair, ColorScheme::dark},
-      {cleared, ColorScheme::light},          {examplePanels(1), ColorScheme::light}};
+      {examplePanels(1), ColorScheme::light},
+      {examplePanels(2), ColorScheme::light},
+      {fahrenheit, ColorScheme::light},
+      {examplePanels(4), ColorScheme::dark},
+      {pair, ColorScheme::dark},
+      {cleared, ColorScheme::light},
+      {examplePanels(7), ColorScheme::light}};
   for (const double ratio : {1.0, 2.0}) {
     LiveContent changed(nullptr, nullptr, nullptr);
     for (const auto& [panels, scheme] : steps) {
