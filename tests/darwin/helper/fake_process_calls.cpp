@@ -10,6 +10,7 @@
 #include <sys/event.h>
 #include <sys/eventfd.h>
 #include <sys/syscall.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -58,6 +59,10 @@ int kqueue() {
 int kevent(int kq, const struct kevent* changes, int changeCount, struct kevent* events,
            int eventCount, const struct timespec* timeout) {
   if (const int error = std::exchange(fakeProcessCalls().keventError, 0)) {
+    // Said of a process that has ended, and of no other.
+    siginfo_t ended = {};
+    if (error == ESRCH)
+      waitid(P_PID, static_cast<id_t>(changes[0].ident), &ended, WEXITED | WNOWAIT);
     return pallimo::darwin::failWith(error);
   }
   EXPECT_EQ(changeCount, 1);
