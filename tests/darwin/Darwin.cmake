@@ -37,6 +37,10 @@ gtest_discover_tests(darwin_scenarios DISCOVERY_TIMEOUT 60)
 # Mistakes on purpose: a copy of an adapter with one text replaced by another, under the same tests.
 # They must fail, and say this. The copy's object stands before the library's, which is then not
 # taken. Not under sanitizers, which would only find the same later.
+# Each source alone: fakes and adapters are taken one by one.
+set_target_properties(darwin_fakes darwin_c_api_tests darwin_c_api darwin_scenarios
+                      PROPERTIES UNITY_BUILD OFF)
+
 function(darwin_mistake name file from to complaint)
   set(source "${PROJECT_SOURCE_DIR}/src/adapters/macos/${file}")
   set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${source}")
