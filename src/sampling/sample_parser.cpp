@@ -28,10 +28,16 @@ constexpr std::array<std::string_view, 11> kSuffixes = {"",  "0", "1", "2", "3",
 constexpr std::array<std::string_view, 5> kPowerKeys = {
     "cpu_energy", "dram_energy", "combined_power", "gpu_energy", "ane_energy"};
 
-// Four fifths and more of a document: how long each core, cluster and the GPU spent at each of its
-// frequencies, and the GPU in each state that its software was in or asked for. Nobody reads it.
-constexpr std::array<std::string_view, 3> kUnread = {"dvfm_states", "sw_state",
-                                                     "sw_requested_state"};
+/// What the functions below look at: some forty values of a document's thousands. The rest, mostly
+/// how long each core spent at each of its frequencies, is not even read into memory.
+const ports::Wanted& lookedAt() {
+  static const ports::Wanted all = [] {
+    ports::Wanted processor{{"clusters", {{"name"}, {"freq_hz"}, {"cpus", {{"cpu"}}}}}};
+    for (const std::string_view key : kPowerKeys) processor.push_back({key});
+    return ports::Wanted{{"processor", processor}, {"gpu", {{"freq_hz"}}}};
+  }();
+  return all;
+}
 
 template <typename Value>
 using ClusterTable = std::map<std::string_view, Value>;
@@ -97,7 +103,7 @@ std::vector<std::int64_t> concatenated(const ClusterTable<std::vector<std::int64
 
 base::PropertyList parseSample(const ports::PropertyListReader& reader,
                                std::span<const std::uint8_t> bytes) {
-  std::optional<PropertyList> document = reader.readWithout(bytes, kUnread);
+  std::optional<PropertyList> document = reader.readOnly(bytes, lookedAt());
   if (!document || document->dictionary() == nullptr) return PropertyList();
   return std::move(*document);
 }

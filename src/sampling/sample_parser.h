@@ -18,9 +18,9 @@ namespace pallimo::sampling {
 // functions, any thread; a sample is the document's top-level dictionary, and anything in it that
 // is missing or of the wrong kind is left out in silence, never an error.
 
-/// The document's top-level dictionary, without the lists of states (of the frequencies, and of the
-/// GPU's software), which nobody asks for and which make most of it; an empty dictionary when the
-/// bytes are no property list or its top level is of another kind.
+/// The document's top-level dictionary with what the functions below look at and nothing else,
+/// which is a twentieth of it; an empty dictionary when the bytes are no property list or its top
+/// level is of another kind.
 base::PropertyList parseSample(const ports::PropertyListReader& reader,
                                std::span<const std::uint8_t> bytes);
 

@@ -2,7 +2,8 @@
 // SPDX-FileCopyrightText: 2026 The Pallimo authors
 
 // Any bytes through the reader and the sample parser. Beside what the sanitizers see, it holds what
-// the modules rely on: the keys of each result, and no figure out of bounds.
+// the modules rely on: the keys of each result, no figure out of bounds, and that a document read
+// in part is accepted, refused and understood as the whole is.
 
 #include <cstddef>
 #include <cstdint>
@@ -15,6 +16,7 @@
 
 #include "adapters/libplist/libplist_reader.h"
 #include "sampling/sample_parser.h"
+#include "unit/adapters/libplist/only_wanted.h"
 
 namespace {
 
@@ -65,6 +67,18 @@ void checkRest(std::span<const std::uint8_t> bytes, bool isDocument) {
   require(LibplistReader().read(longer).has_value());
 }
 
+/// The keys of a sample, so that captured documents are cut as they are in the app, and short ones,
+/// which the fuzzer finds sooner.
+void checkPart(std::span<const std::uint8_t> bytes, const std::optional<PropertyList>& whole) {
+  static const pallimo::ports::Wanted wanted{
+      {"processor", {{"clusters", {{"name"}, {"cpus", {{"cpu"}}}}}, {"cpu_energy"}}},
+      {"a", {{"b"}, {"x", {{"a"}}}}},
+      {"b"}};
+  std::optional<PropertyList> expected;
+  if (whole) expected = pallimo::tests::onlyWanted(*whole, wanted);
+  require(pallimo::tests::isSame(LibplistReader().readOnly(bytes, wanted), expected));
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -72,6 +86,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::optional<PropertyList> value = LibplistReader().read(bytes);
   if (value) checkValue(*value, 1);
   checkRest(bytes, value.has_value());
+  checkPart(bytes, value);
   checkFigures(pallimo::sampling::parseSample(LibplistReader(), bytes));
   return 0;
 }

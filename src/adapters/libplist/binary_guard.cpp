@@ -7,7 +7,7 @@
 #include <optional>
 #include <vector>
 
-#include "adapters/libplist/nesting_limit.h"
+#include "adapters/libplist/document_limits.h"
 
 namespace pallimo::adapters::libplist {
 

@@ -163,8 +163,10 @@ std::string keyOfItem(plist_t item, const std::string* guess) {
 
 /// A container under construction.
 struct Level {
-  explicit Level(plist_t container)
-      : node(container), isDictionary(plist_get_node_type(container) == PLIST_DICT) {
+  Level(plist_t container, const ports::Wanted* lookedAt)
+      : node(container),
+        wanted(lookedAt),
+        isDictionary(plist_get_node_type(container) == PLIST_DICT) {
     void* fresh = nullptr;
     if (isDictionary) {
       entries.reserve(plist_dict_get_size(node));
@@ -187,12 +189,14 @@ struct Level {
   }
 
   plist_t node;
+  const ports::Wanted* wanted;  ///< of its entries, or of those of its items
   bool isDictionary;
   std::unique_ptr<void, Free> iterator;
   PropertyListDictionary entries;
   PropertyListArray items;
-  std::string key;         ///< of the dictionary's item that is being converted
-  bool mayRepeat = false;  ///< a key may be there twice
+  std::string key;                             ///< of the dictionary's item that is being converted
+  const ports::Wanted* wantedBelow = nullptr;  ///< of that item
+  bool mayRepeat = false;                      ///< a key may be there twice
   /// A dictionary that probably has the same keys: the entries of an array are mostly alike.
   const PropertyListDictionary* model = nullptr;
 };
@@ -200,7 +204,7 @@ struct Level {
 /// Without recursion: a document may be nested deeper than a thread's stack is high.
 class Conversion {
  public:
-  explicit Conversion(std::span<const std::string_view> withoutKeys) : withoutKeys_(withoutKeys) {}
+  explicit Conversion(const ports::Wanted& wanted) : wanted_(wanted) {}
 
   std::optional<PropertyList> run(plist_t root) {
     levels_.reserve(16);
@@ -227,8 +231,14 @@ class Conversion {
     if (!levels_.empty() && !levels_.back().items.empty()) {
       model = levels_.back().items.back().dictionary();
     }
-    levels_.emplace_back(node).model = model;
+    levels_.emplace_back(node, wantedOfNext()).model = model;
     return true;
+  }
+
+  const ports::Wanted* wantedOfNext() const {
+    if (levels_.empty()) return &wanted_;
+    const Level& level = levels_.back();
+    return level.isDictionary ? level.wantedBelow : level.wanted;
   }
 
   /// False when the item is to be left out.
@@ -239,9 +249,8 @@ class Conversion {
     const std::size_t index = level.entries.size();
     const bool hasGuess = level.model != nullptr && index < level.model->size();
     level.key = keyOfItem(item, hasGuess ? &(*level.model)[index].first : nullptr);
-    if (std::find(withoutKeys_.begin(), withoutKeys_.end(), level.key) != withoutKeys_.end()) {
-      return false;
-    }
+    level.wantedBelow = ports::wantedBelow(*level.wanted, level.key);
+    if (level.wantedBelow == nullptr) return false;
     level.mayRepeat = level.mayRepeat || index >= kFewKeys || hasKey(level.entries, level.key);
     return true;
   }
@@ -271,16 +280,15 @@ class Conversion {
     }
   }
 
-  const std::span<const std::string_view> withoutKeys_;
+  const ports::Wanted& wanted_;
   std::vector<Level> levels_;
   std::optional<PropertyList> result_;
 };
 
 }  // namespace
 
-std::optional<base::PropertyList> propertyListOf(plist_t node,
-                                                 std::span<const std::string_view> withoutKeys) {
-  return Conversion(withoutKeys).run(node);
+std::optional<PropertyList> propertyListOf(plist_t node, const ports::Wanted& wanted) {
+  return Conversion(wanted).run(node);
 }
 
 }  // namespace pallimo::adapters::libplist

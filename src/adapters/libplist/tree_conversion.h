@@ -7,11 +7,10 @@
 
 #include <memory>
 #include <optional>
-#include <span>
-#include <string_view>
 #include <type_traits>
 
 #include "base/property_list.h"
+#include "ports/property_list_reader.h"
 
 namespace pallimo::adapters::libplist {
 
@@ -23,13 +22,12 @@ struct TreeDeleter {
 /// The owner of a libplist tree; null when a document could not be parsed.
 using Tree = std::unique_ptr<std::remove_pointer_t<plist_t>, TreeDeleter>;
 
-/// A copy of the tree as a value, but for the entries of `withoutKeys` in any dictionary; nothing
-/// when it holds a node of a kind unknown here. Any thread, in the "C" locale only. Does not
+/// A copy of the tree as a value, of the wanted dictionaries the wanted entries alone; nothing when
+/// they hold a node of a kind unknown here. Any thread, in the "C" locale only. Does not
 /// recurse, but freeing the tree and the value does.
 ///
 /// A repeated key leaves its last value. A keyed-archiver reference (binary documents only) becomes
 /// what its XML form is, a dictionary of the one key "CF$UID".
-std::optional<base::PropertyList> propertyListOf(plist_t node,
-                                                 std::span<const std::string_view> withoutKeys);
+std::optional<base::PropertyList> propertyListOf(plist_t node, const ports::Wanted& wanted);
 
 }  // namespace pallimo::adapters::libplist

@@ -7,19 +7,15 @@
 #include <cstddef>
 #include <vector>
 
-#include "adapters/libplist/nesting_limit.h"
+#include "adapters/libplist/document_limits.h"
+#include "adapters/libplist/xml_markup.h"
 #include "adapters/libplist/xml_number.h"
 
 namespace pallimo::adapters::libplist {
 
 namespace {
 
-/// A document of 16 MiB could hold two million empty elements, at a hundred bytes of tree each.
-/// Real ones have a few thousand.
-constexpr std::size_t kMaxElements = 1'000'000;
 constexpr std::size_t kEnd = std::string_view::npos;
-constexpr std::string_view kCommentOpen = "<!--";
-constexpr std::string_view kCommentClose = "-->";
 constexpr std::string_view kCDataOpen = "<![CDATA[";
 constexpr std::string_view kCDataClose = "]]>";
 

@@ -7,6 +7,8 @@
 #include <cstdint>
 #include <system_error>
 
+#include "adapters/libplist/xml_markup.h"
+
 namespace pallimo::adapters::libplist {
 
 namespace {

@@ -12,9 +12,6 @@ namespace pallimo::adapters::libplist {
 // libplist reads a number as far as it goes and makes 0 of the rest: "2.5" is the integer 2 to it,
 // "fast" the real 0, "010" the integer 8. So the text of a number is judged before.
 
-/// White space as XML has it.
-inline bool isSpace(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
-
 /// How many characters to take from the front of an `<integer>`'s text, white space, sign and
 /// leading zeros, so that libplist reads the number that stands there. The sign goes only when it
 /// is a plus. Nothing when the text is no integer within -2^63 to 2^64 - 1, decimal or with 0x.

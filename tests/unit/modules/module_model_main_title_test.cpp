@@ -20,8 +20,8 @@ class ReportReader final : public ports::PropertyListReader {
  public:
   void setCores(std::string cores) { cores_ = std::move(cores); }
 
-  std::optional<PropertyList> readWithout(std::span<const std::uint8_t>,
-                                          std::span<const std::string_view>) const override {
+  std::optional<PropertyList> readOnly(std::span<const std::uint8_t>,
+                                       const ports::Wanted& /*wanted*/) const override {
     const PropertyList item({{"sppci_cores", PropertyList(cores_)}});
     const PropertyList items(base::PropertyListArray{item});
     const PropertyList section({{"_items", items}});

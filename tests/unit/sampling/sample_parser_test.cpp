@@ -76,16 +76,43 @@ const std::array<std::string, 11> kSuffixes = {"",  "0", "1", "2", "3", "4",
 
 // Parsing
 
-TEST(SampleParser, KeepsTheTopLevelDictionary) {
-  EXPECT_EQ(sample(entry("a", "<integer>1</integer>")),
-            PropertyList(base::PropertyListDictionary{{"a", PropertyList(std::int64_t{1})}}));
+TEST(SampleParser, HoldsOfTheTopLevelDictionaryWhatIsLookedAt) {
+  const std::string looked =
+      entry(
+          "processor",
+          dict(
+              entry("clusters",
+                    array(dict(entry("name", "<string>E-Cluster</string>") +
+                               entry("freq_hz", hertz("1e9")) +
+                               entry("cpus", array(dict(entry("cpu", "<integer>0</integer>"))))))) +
+              entry("cpu_energy", "<integer>1</integer>") +
+              entry("dram_energy", "<integer>2</integer>") +
+              entry("combined_power", "<integer>3</integer>") +
+              entry("gpu_energy", "<integer>4</integer>") +
+              entry("ane_energy", "<integer>5</integer>"))) +
+      entry("gpu", dict(entry("freq_hz", hertz("338"))));
+  const adapters::libplist::LibplistReader reader;
+  const std::string whole = "<dict>" + looked + "</dict>";
+  EXPECT_EQ(sample(looked),
+            reader.read({reinterpret_cast<const std::uint8_t*>(whole.data()), whole.size()}));
 }
 
-TEST(SampleParser, LeavesOutTheListsOfStates) {
+TEST(SampleParser, LeavesOutWhatNobodyLooksAt) {
   const std::string states = array(dict(entry("freq", "<integer>600</integer>")));
-  EXPECT_EQ(processor(entry("dvfm_states", states) + entry("sw_state", states) +
-                      entry("sw_requested_state", states)),
-            processor(""));
+  EXPECT_EQ(sample(entry("elapsed_ns", "<integer>1</integer>") +
+                   entry("processor", dict(entry("idle_ns", "<integer>1</integer>"))) +
+                   entry("gpu", dict(entry("dvfm_states", states) + entry("sw_state", states)))),
+            sample(entry("processor", dict("")) + entry("gpu", dict(""))));
+}
+
+// A module takes what is no number for nothing, whatever else it may be.
+TEST(SampleParser, LeavesAFigureUnchangedWhateverItIs) {
+  const auto energy = powerValues(
+      processor(entry("cpu_energy", dict(entry("other", array("<true/><string>a</string>"))))));
+  const PropertyList expected(base::PropertyListDictionary{
+      {"other",
+       PropertyList(base::PropertyListArray{PropertyList(true), PropertyList(std::string("a"))})}});
+  EXPECT_EQ(energy.at("cpu_energy"), expected);
 }
 
 TEST(SampleParser, GivesAnEmptySampleForBytesThatAreNoPropertyList) {

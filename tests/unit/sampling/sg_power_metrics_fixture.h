@@ -30,9 +30,8 @@ class DocumentReader final : public ports::PropertyListReader {
     return {static_cast<std::uint8_t>(documents_.size() - 1)};
   }
 
-  std::optional<base::PropertyList> readWithout(
-      std::span<const std::uint8_t> bytes,
-      std::span<const std::string_view> /*keys*/) const override {
+  std::optional<base::PropertyList> readOnly(std::span<const std::uint8_t> bytes,
+                                             const ports::Wanted& /*wanted*/) const override {
     if (bytes.size() != 1 || bytes[0] >= documents_.size()) return std::nullopt;
     return documents_[bytes[0]];
   }

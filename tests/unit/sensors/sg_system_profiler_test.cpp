@@ -28,8 +28,8 @@ constexpr const char* kDisplays = "/usr/sbin/system_profiler -xml SPDisplaysData
 /// Knows one document; everything else is none.
 class OneDocumentReader final : public ports::PropertyListReader {
  public:
-  std::optional<PropertyList> readWithout(std::span<const std::uint8_t> bytes,
-                                          std::span<const std::string_view>) const override {
+  std::optional<PropertyList> readOnly(std::span<const std::uint8_t> bytes,
+                                       const ports::Wanted& /*wanted*/) const override {
     return std::string(bytes.begin(), bytes.end()) == "the report" ? document : std::nullopt;
   }
   std::optional<PropertyList> document;

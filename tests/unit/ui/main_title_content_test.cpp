@@ -18,8 +18,8 @@ namespace {
 /// A display report that names that many GPU cores, whatever it is read from.
 class DisplayReport final : public ports::PropertyListReader {
  public:
-  std::optional<base::PropertyList> readWithout(std::span<const std::uint8_t>,
-                                                std::span<const std::string_view>) const override {
+  std::optional<base::PropertyList> readOnly(std::span<const std::uint8_t>,
+                                             const ports::Wanted& /*wanted*/) const override {
     const base::PropertyList item({{"sppci_cores", base::PropertyList(std::string("19"))}});
     const base::PropertyList items(base::PropertyListArray{item});
     return base::PropertyList(base::PropertyListArray{base::PropertyList({{"_items", items}})});

@@ -16,6 +16,7 @@
 #include <vector>
 
 #include "unit/adapters/libplist/binary_document.h"
+#include "unit/adapters/libplist/only_wanted.h"
 #include "unit/base/comma_locale.h"
 
 namespace pallimo::adapters::libplist {
@@ -469,39 +470,113 @@ TEST_P(LibplistReaderTest, RefusesABinaryKeyWithANUL) {
             std::nullopt);
 }
 
-// Left out
+// A part of it
 
-std::optional<PropertyList> readWithout(std::string_view bytes,
-                                        const std::vector<std::string_view>& keys) {
-  return LibplistReader().readWithout(
-      {reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()}, keys);
+std::optional<PropertyList> readOnly(std::string_view bytes, const ports::Wanted& wanted) {
+  return LibplistReader().readOnly(
+      {reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()}, wanted);
 }
 
-TEST_P(LibplistReaderTest, LeavesOutTheEntriesOfAKeyWhereverItStands) {
+TEST_P(LibplistReaderTest, HoldsTheWantedEntriesAlone) {
   const std::string element =
       "<dict><key>long</key><array><true/></array><key>a</key><array>"
       "<dict><key>b</key><integer>1</integer><key>long</key><dict/></dict>"
       "<dict><key>b</key><integer>2</integer><key>long</key><string>x</string></dict>"
       "</array></dict>";
-  EXPECT_EQ(readWithout(document(element), {"other", "long"}),
+  EXPECT_EQ(readOnly(document(element), {{"a", {{"b"}}}}),
             readElement("<dict><key>a</key><array><dict><key>b</key><integer>1</integer></dict>"
                         "<dict><key>b</key><integer>2</integer></dict></array></dict>"));
 }
 
-TEST_P(LibplistReaderTest, ATextOrAPartOfAKeyIsNotLeftOut) {
-  const std::string element = "<dict><key>longer</key><string>long</string></dict>";
-  EXPECT_EQ(readWithout(document(element), {"long"}), readElement(element));
+TEST_P(LibplistReaderTest, HoldsTheLastOfSeveralWantedEntriesOfAKey) {
+  const std::string element =
+      "<dict><key>a</key><true/><key>b</key><true/><key>a</key><false/></dict>";
+  EXPECT_EQ(readOnly(document(element), {{"a"}}), readElement("<dict><key>a</key><false/></dict>"));
+}
+
+TEST_P(LibplistReaderTest, APartOfAKeyIsNotThatKey) {
+  EXPECT_EQ(readOnly(document("<dict><key>longer</key><string>long</string></dict>"), {{"long"}}),
+            PropertyList());
 }
 
 TEST_P(LibplistReaderTest, WhatIsLeftOutIsCheckedAllTheSame) {
-  const std::string element = "<dict><key>long</key><array><integer>2.5</integer></array></dict>";
-  EXPECT_EQ(readWithout(document(element), {"long"}), std::nullopt);
+  for (const std::string broken :
+       {"<key>x</key><array><integer>2.5</integer></array>", "<key>x</key>", "<key>x</key><bogus/>",
+        "<key>x</key><string>&bogus;</string>", "<true/>", "<key>x</key><data>!</data>"}) {
+    const std::string element = "<dict><key>a</key><true/>" + broken + "</dict>";
+    EXPECT_EQ(readOnly(document(element), {{"a"}}).has_value(), readElement(element).has_value())
+        << broken;
+  }
 }
 
-TEST_P(LibplistReaderTest, ABinaryDocumentCanBeReadWithoutAKeyToo) {
+// Such a key is pending in libplist until the next value, wherever that is.
+TEST_P(LibplistReaderTest, AKeyWithoutAValueIsMissedWhereverItStands) {
+  const std::string element =
+      "<dict><key>a</key><dict><key>b</key></dict><key>x</key><true/></dict>";
+  EXPECT_EQ(readOnly(document(element), {{"a"}}).has_value(), readElement(element).has_value());
+}
+
+TEST_P(LibplistReaderTest, ABinaryDocumentCanBeReadInPartToo) {
   const BinaryDocument binary{
       {dictionaryOf({1, 2, 3, 3}), textObject("a"), textObject("b"), "\x09"}};
-  EXPECT_EQ(readWithout(binary.bytes(), {"a"}), readElement("<dict><key>b</key><true/></dict>"));
+  EXPECT_EQ(readOnly(binary.bytes(), {{"b"}}), readElement("<dict><key>b</key><true/></dict>"));
+}
+
+/// A document made of the words of many, mostly sound and now and then not.
+std::string scrambled(std::mt19937& random) {
+  static const std::vector<std::string> values = {"<true/>",
+                                                  "<integer>1</integer>",
+                                                  "<real>1.5</real>",
+                                                  "<string>s</string>",
+                                                  "<dict/>",
+                                                  "<date>2026-07-09T14:26:48Z</date>",
+                                                  "<data>AA==</data>",
+                                                  "<!-- c -->",
+                                                  "<integer>2.5</integer>",
+                                                  "<string>&amp;</string>",
+                                                  "<array></array>",
+                                                  "<real>nan</real>",
+                                                  "<key>k</key>",
+                                                  "</dict>",
+                                                  "</array>"};
+  static const std::vector<std::string> keys = {"a", "b", "x", "y", "a&#98;"};
+  const auto pick = [&random](const auto& from) { return from[random() % from.size()]; };
+  std::string text = random() % 2 == 0 ? "<plist version=\"1.0\">" : "";
+  std::vector<bool> isDictionary{true};
+  text += "<dict>";
+  while (!isDictionary.empty()) {
+    const bool isEntry = isDictionary.back();
+    if (random() % 4 == 0) {
+      text += isEntry ? "</dict>" : "</array>";
+      isDictionary.pop_back();
+      continue;
+    }
+    if (isEntry != (random() % 64 == 0)) text += "<key>" + pick(keys) + "</key>";
+    if (random() % 3 == 0 && isDictionary.size() < 12) {
+      isDictionary.push_back(random() % 2 == 0);
+      text += isDictionary.back() ? "<dict>" : "<array>";
+    } else {
+      // The first four are the usual ones.
+      text += values[random() % (random() % 8 == 0 ? values.size() : 4)];
+    }
+  }
+  return text;
+}
+
+TEST(LibplistReaderInPart, ReadsOfRandomDocumentsWhatTheWholeHolds) {
+  const ports::Wanted wanted{{"a", {{"b"}, {"x", {{"a"}}}}}, {"b"}};
+  std::mt19937 random(20261121);
+  int documents = 0;
+  for (int i = 0; i < 20'000; ++i) {
+    const std::string bytes = scrambled(random);
+    std::optional<PropertyList> expected = read(bytes);
+    if (expected) expected = tests::onlyWanted(*expected, wanted);
+    ASSERT_TRUE(tests::isSame(readOnly(bytes, wanted), expected)) << bytes;
+    documents += expected ? 1 : 0;
+  }
+  // Enough of both sorts.
+  EXPECT_GT(documents, 4'000);
+  EXPECT_LT(documents, 19'000);
 }
 
 }  // namespace

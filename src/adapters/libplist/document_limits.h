@@ -11,4 +11,8 @@ namespace pallimo::adapters::libplist {
 /// recursion.
 inline constexpr std::size_t kMaxNesting = 1'000;
 
+/// An XML document of more elements is refused: one of 16 MiB could hold two million empty ones, at
+/// a hundred bytes of tree each. Real ones have a few thousand.
+inline constexpr std::size_t kMaxElements = 1'000'000;
+
 }  // namespace pallimo::adapters::libplist

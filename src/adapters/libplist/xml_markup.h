@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 The Pallimo authors
+
+#pragma once
+
+#include <string_view>
+
+namespace pallimo::adapters::libplist {
+
+/// White space as XML has it.
+inline bool isSpace(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
+
+/// A comment ends at the first end mark behind its whole begin mark: "<!-->" is none.
+inline constexpr std::string_view kCommentOpen = "<!--";
+inline constexpr std::string_view kCommentClose = "-->";
+
+}  // namespace pallimo::adapters::libplist
