@@ -23,14 +23,10 @@ endfunction()
 # pallimo_app_program(TARGET URL FOLDER)   an app that tells the server of that address of its
 # launches, put into that folder, which is its bundle
 function(pallimo_app_program target url folder)
-  file(GLOB platform CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/src/app/linux/*.cpp"
-                                       "${PROJECT_SOURCE_DIR}/src/app/window/*.cpp")
-  add_executable(${target} "${PROJECT_SOURCE_DIR}/src/app/main.cpp" ${platform})
+  add_executable(${target} "${PROJECT_SOURCE_DIR}/src/app/main.cpp")
   set_target_properties(${target} PROPERTIES OUTPUT_NAME pallimo RUNTIME_OUTPUT_DIRECTORY
                                                                  "${folder}")
-  target_link_libraries(${target} PRIVATE pallimo_src_app pallimo_src_adapters_qt
-                                          pallimo_src_adapters_prometheus
-                                          pallimo_src_ui_widgets)
+  target_link_libraries(${target} PRIVATE pallimo_app_parts)
   target_compile_definitions(${target} PRIVATE PALLIMO_VERSION="${PROJECT_VERSION}"
                                                PALLIMO_ANALYTICS_URL="${url}")
   configure_file("${PALLIMO_PACKAGING}/AppInfo.plist" "${folder}/Contents/Info.plist" COPYONLY)
@@ -59,6 +55,13 @@ if(PALLIMO_QT)
   find_package(prometheus-cpp REQUIRED CONFIG)
   pallimo_folder(src/adapters/prometheus LINKS prometheus-cpp::pull)
   if(NOT APPLE)
+    # All of the app but its main, which the tests have one of their own for.
+    file(GLOB parts CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/src/app/linux/*.cpp"
+                                      "${PROJECT_SOURCE_DIR}/src/app/window/*.cpp")
+    add_library(pallimo_app_parts STATIC ${parts})
+    target_link_libraries(pallimo_app_parts PUBLIC pallimo_src_app pallimo_src_adapters_qt
+                                                   pallimo_src_adapters_prometheus
+                                                   pallimo_src_ui_widgets)
     pallimo_app_program(pallimo "${PALLIMO_ANALYTICS_URL}" "${CMAKE_RUNTIME_OUTPUT_DIRECTORY}")
     add_dependencies(pallimo com.ostrovane.powermetrics powermetrics)
   else()

@@ -39,6 +39,11 @@ struct Options {
   bool operator==(const Options&) const = default;
 };
 
+/// Whether standard output carries nothing but samples, or the report. Pure.
+inline bool outputIsForResults(const Options& options) {
+  return options.headless || options.action == Options::Action::diagnose;
+}
+
 /// One line that says what is wrong with the command line, without the program's name.
 struct UsageError {
   std::string message;

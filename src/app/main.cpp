@@ -8,14 +8,18 @@
 #include <QCoreApplication>
 #include <clocale>
 #include <csignal>
+#include <cstdlib>
 #include <iostream>
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <variant>
 #include <vector>
 
+#include "adapters/qt/qt_http_client.h"
 #include "adapters/qt/unix_signals.h"
+#include "analytics/silent_http_client.h"
 #include "app/command_line.h"
 #include "app/descriptor_output.h"
 #include "app/diagnosis.h"
@@ -23,6 +27,7 @@
 #include "app/make_platform.h"
 #include "app/served_metrics.h"
 #include "app/shared_general_model.h"
+#include "app/told_launch.h"
 #include "app/user_words.h"
 #include "app/window/system_chrome.h"
 #include "app/window/window_run.h"
@@ -98,8 +103,16 @@ RunEnd runWindow(const Platform& platform) {
   return {};
 }
 
+Analytics analytics(const Options& options) {
+  constexpr std::string_view kServer = PALLIMO_ANALYTICS_URL;
+  if (isToldLaunch(options, kServer, std::getenv("DO_NOT_TRACK"))) {
+    return {kServer, std::make_unique<adapters::qt::QtHttpClient>()};
+  }
+  return {kServer, std::make_unique<analytics::SilentHttpClient>()};
+}
+
 RunEnd runApp(const Options& options) {
-  const auto made = makePlatform(options);
+  const auto made = makePlatform(options, analytics(options));
   if (const auto* error = std::get_if<StartError>(&made)) return {kUsageStatus, error->message};
   PlatformOwner& owner = *std::get<std::unique_ptr<PlatformOwner>>(made);
   if (options.action == Options::Action::diagnose) return runDiagnosis(owner, options);

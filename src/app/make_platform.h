@@ -6,11 +6,13 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <variant>
 #include <vector>
 
 #include "app/command_line.h"
 #include "app/platform.h"
+#include "ports/http_client.h"
 
 namespace pallimo::app {
 
@@ -31,9 +33,17 @@ struct StartError {
   std::string message;
 };
 
+/// The server that learns of a launch, and who tells it. Both are a matter of the program and the
+/// run, not of the system.
+struct Analytics {
+  std::string_view url;  ///< base of the server, with "/" at its end; of static storage
+  std::unique_ptr<ports::HttpClient> client;
+};
+
 /// Fills the platform for this operating system. Each system has its own definition, in a folder of
 /// its own; the build picks one.
-std::variant<std::unique_ptr<PlatformOwner>, StartError> makePlatform(const Options& options);
+std::variant<std::unique_ptr<PlatformOwner>, StartError> makePlatform(const Options& options,
+                                                                      Analytics analytics);
 
 /// Why no window can be shown here, if so: asked before a QApplication is made, which stops the
 /// program where there is no display. Each system has its own definition.

@@ -12,8 +12,6 @@ namespace {
 /// As many digits fit 64 bits, whatever they are.
 constexpr std::size_t kSafeDigits = 18;
 
-bool isDigit(char c) { return c >= '0' && c <= '9'; }
-
 }  // namespace
 
 void PlainCursor::skipSpace() {

@@ -13,7 +13,6 @@ namespace pallimo::adapters::libplist {
 
 namespace {
 
-bool isDigit(char c) { return c >= '0' && c <= '9'; }
 char lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
 
 std::string_view trimmed(std::string_view text) {

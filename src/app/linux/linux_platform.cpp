@@ -20,7 +20,7 @@ LinuxPlatform::LinuxPlatform(Parts parts)
       clock_(parts.start, parts.speed),
       sensors_(parts.machine.sensors(clock_)),
       notices_(console_, linux_adapters::sessionBusAddresses()),
-      analyticsClient_(std::move(parts.analyticsClient)),
+      analytics_(std::move(parts.analytics)),
       systemLog_("pallimo"),
       bundle_(parts.bundle, propertyLists_),
       faultyAuthorization_(authorization_, parts.faults),
@@ -52,12 +52,12 @@ LinuxPlatform::LinuxPlatform(Parts parts)
                 .userNotifications = notices_,
                 .randomNumbers = random_,
                 .softwareUpdater = &updater_,
-                .analyticsClient = *analyticsClient_,
+                .analyticsClient = *analytics_.client,
                 .screens = screens_,
                 .processInformation = processInformation_,
                 .urlOpener = urlOpener_,
                 .metricsServer = metricsServer_,
-                .analyticsURL = PALLIMO_ANALYTICS_URL} {}
+                .analyticsURL = analytics_.url} {}
 
 void LinuxPlatform::endLink() {
   followedConnector_.reset();

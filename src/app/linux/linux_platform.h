@@ -54,7 +54,7 @@ class LinuxPlatform final : public PlatformOwner {
     adapters::qt::SystemClock::TimePoint start;
     double speed = 1;
     int consoleDescriptor = 1;
-    std::unique_ptr<ports::HttpClient> analyticsClient;
+    Analytics analytics;
   };
 
   explicit LinuxPlatform(Parts parts);
@@ -77,7 +77,7 @@ class LinuxPlatform final : public PlatformOwner {
   adapters::linux::DesktopNotifications notices_;
   adapters::common::SystemRandom random_;
   adapters::linux::NoSoftwareUpdater updater_;
-  const std::unique_ptr<ports::HttpClient> analyticsClient_;
+  const Analytics analytics_;
   const adapters::qt::QtScreens screens_;
   const adapters::qt::QtProcessInformation processInformation_;
   adapters::qt::QtUrlOpener urlOpener_;

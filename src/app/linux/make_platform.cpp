@@ -6,21 +6,17 @@
 #include <unistd.h>
 
 #include <chrono>
-#include <cstdlib>
 #include <filesystem>
 #include <optional>
 #include <system_error>
 #include <utility>
 
-#include "adapters/qt/qt_http_client.h"
 #include "adapters/simulated/json_node.h"
 #include "adapters/simulated/machines.h"
 #include "adapters/simulated/simulated_machine.h"
 #include "adapters/simulated/simulation_file.h"
-#include "analytics/silent_http_client.h"
 #include "app/linux/linux_platform.h"
 #include "app/linux/state_folder_choice.h"
-#include "app/told_launch.h"
 #include "helper_link/protocol/xpc_protocol.h"
 
 namespace pallimo::app {
@@ -80,17 +76,11 @@ std::variant<simulated::SimulatedMachine, StartError> machineOf(
   return std::get<simulated::SimulatedMachine>(std::move(loaded));
 }
 
-std::unique_ptr<ports::HttpClient> analyticsClient(const Options& options) {
-  if (isToldLaunch(options, PALLIMO_ANALYTICS_URL, std::getenv("DO_NOT_TRACK"))) {
-    return std::make_unique<adapters::qt::QtHttpClient>();
-  }
-  return std::make_unique<analytics::SilentHttpClient>();
-}
-
 /// The pieces of a start, each of which may end it with one line.
 class Start {
  public:
-  explicit Start(const Options& options) : options_(options), start_(SystemClock::realNow()) {}
+  Start(const Options& options, Analytics analytics)
+      : options_(options), analytics_(std::move(analytics)), start_(SystemClock::realNow()) {}
 
   std::variant<std::unique_ptr<PlatformOwner>, StartError> make() {
     for (const auto step : {&Start::findFolder, &Start::findBundle, &Start::loadMachine,
@@ -154,11 +144,10 @@ class Start {
   }
 
   Problem makeOwner() {
-    // Standard output carries nothing but samples, or the report.
-    const int console = options_.headless || isDiagnosis() ? STDERR_FILENO : STDOUT_FILENO;
+    const int console = outputIsForResults(options_) ? STDERR_FILENO : STDOUT_FILENO;
     owner_ = std::make_unique<linux::LinuxPlatform>(linux::LinuxPlatform::Parts{
         StateFolder(folderPath_), bundle_, embeddedHelper(bundle_), *std::move(machine_),
-        simulation_.faults, start_, options_.speed, console, analyticsClient(options_)});
+        simulation_.faults, start_, options_.speed, console, std::move(analytics_)});
     return std::nullopt;
   }
 
@@ -170,6 +159,7 @@ class Start {
   }
 
   const Options& options_;
+  Analytics analytics_;
   const SystemClock::TimePoint start_;
   std::string folderPath_;
   std::string bundle_;
@@ -180,8 +170,9 @@ class Start {
 
 }  // namespace
 
-std::variant<std::unique_ptr<PlatformOwner>, StartError> makePlatform(const Options& options) {
-  return Start(options).make();
+std::variant<std::unique_ptr<PlatformOwner>, StartError> makePlatform(const Options& options,
+                                                                      Analytics analytics) {
+  return Start(options, std::move(analytics)).make();
 }
 
 std::variant<std::vector<std::string>, StartError> listedMachines(const Options& options) {

@@ -34,7 +34,7 @@ MacPlatform::MacPlatform(Parts parts)
       processorTicks_(mac::makeProcessorTicks()),
       notices_(mac::makeUserNotifications()),
       updater_(softwareUpdater()),
-      analyticsClient_(std::move(parts.analyticsClient)),
+      analytics_(std::move(parts.analytics)),
       systemLog_(mac::makeSystemLog()),
       bundle_(mac::makeBundle()),
       authorization_(mac::makeAuthorizationServices()),
@@ -63,12 +63,12 @@ MacPlatform::MacPlatform(Parts parts)
                 .userNotifications = *notices_,
                 .randomNumbers = random_,
                 .softwareUpdater = updater_.get(),
-                .analyticsClient = *analyticsClient_,
+                .analyticsClient = *analytics_.client,
                 .screens = screens_,
                 .processInformation = processInformation_,
                 .urlOpener = urlOpener_,
                 .metricsServer = metricsServer_,
-                .analyticsURL = PALLIMO_ANALYTICS_URL} {}
+                .analyticsURL = analytics_.url} {}
 
 void MacPlatform::endLink() {
   connector_.reset();

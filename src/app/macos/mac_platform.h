@@ -30,7 +30,7 @@ class MacPlatform final : public PlatformOwner {
   struct Parts {
     adapters::qt::SystemClock::TimePoint start;
     int consoleDescriptor = 1;
-    std::unique_ptr<ports::HttpClient> analyticsClient;
+    Analytics analytics;
   };
 
   explicit MacPlatform(Parts parts);
@@ -57,7 +57,7 @@ class MacPlatform final : public PlatformOwner {
   const std::unique_ptr<ports::UserNotifications> notices_;
   adapters::common::SystemRandom random_;
   const std::unique_ptr<ports::SoftwareUpdater> updater_;  // null in a build without one
-  const std::unique_ptr<ports::HttpClient> analyticsClient_;
+  const Analytics analytics_;
   const adapters::qt::QtScreens screens_;
   const adapters::qt::QtProcessInformation processInformation_;
   adapters::qt::QtUrlOpener urlOpener_;

@@ -5,24 +5,13 @@
 
 #include <unistd.h>
 
-#include <cstdlib>
 #include <utility>
 
-#include "adapters/qt/qt_http_client.h"
-#include "analytics/silent_http_client.h"
 #include "app/macos/mac_platform.h"
-#include "app/told_launch.h"
 
 namespace pallimo::app {
 
 namespace {
-
-std::unique_ptr<ports::HttpClient> analyticsClient(const Options& options) {
-  if (isToldLaunch(options, PALLIMO_ANALYTICS_URL, std::getenv("DO_NOT_TRACK"))) {
-    return std::make_unique<adapters::qt::QtHttpClient>();
-  }
-  return std::make_unique<analytics::SilentHttpClient>();
-}
 
 /// What stands for the Mac, its settings and its time elsewhere has no meaning on one.
 std::optional<StartError> simulationAskedFor(const Options& options) {
@@ -34,11 +23,12 @@ std::optional<StartError> simulationAskedFor(const Options& options) {
 
 }  // namespace
 
-std::variant<std::unique_ptr<PlatformOwner>, StartError> makePlatform(const Options& options) {
+std::variant<std::unique_ptr<PlatformOwner>, StartError> makePlatform(const Options& options,
+                                                                      Analytics analytics) {
   if (auto problem = simulationAskedFor(options)) return *std::move(problem);
-  const int console = options.headless ? STDERR_FILENO : STDOUT_FILENO;
+  const int console = outputIsForResults(options) ? STDERR_FILENO : STDOUT_FILENO;
   return std::make_unique<macos::MacPlatform>(macos::MacPlatform::Parts{
-      adapters::qt::SystemClock::realNow(), console, analyticsClient(options)});
+      adapters::qt::SystemClock::realNow(), console, std::move(analytics)});
 }
 
 // A window can always be shown: a user who is logged in has a display.

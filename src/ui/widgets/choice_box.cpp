@@ -19,7 +19,7 @@ namespace pallimo::ui::widgets {
 namespace {
 
 constexpr int kHeight = 24;
-constexpr double kRadius = 5;
+constexpr double kBoxRadius = 5;
 constexpr int kTextLeft = 11;
 constexpr int kTextRight = 24;
 // From the right edge to the middle of the two arrow heads, and their sizes.
@@ -64,9 +64,9 @@ void ChoiceBox::paintEvent(QPaintEvent*) {
   const QRectF frame = QRectF(rect()).adjusted(kFocusRing, kFocusRing, -kFocusRing, -kFocusRing);
   painter.setPen(QPen(toColor(colors.fieldBorder), 1));
   painter.setBrush(toColor(colors.field));
-  painter.drawRoundedRect(frame.adjusted(0.5, 0.5, -0.5, -0.5), kRadius, kRadius);
+  painter.drawRoundedRect(frame.adjusted(0.5, 0.5, -0.5, -0.5), kBoxRadius, kBoxRadius);
   if (hasFocus()) {
-    paintFocusRing(painter, frame, kRadius, scheme_);
+    paintFocusRing(painter, frame, kBoxRadius, scheme_);
   }
   painter.setPen(toColor(colors.text));
   painter.drawText(frame.adjusted(kTextLeft, 0, 0, 0), Qt::AlignVCenter, currentText());

@@ -11,7 +11,7 @@
 namespace pallimo::ui::widgets {
 namespace {
 
-constexpr double kRadius = 6.5;
+constexpr double kDiscRadius = 6.5;
 constexpr double kCross = 2.2;
 
 }  // namespace
@@ -34,11 +34,12 @@ void CloseButton::paintEvent(QPaintEvent*) {
   const QPointF middle = QRectF(rect()).center();
   painter.setPen(Qt::NoPen);
   painter.setBrush(toColor(underMouse() || isDown() ? colors.controlHover : colors.control));
-  painter.drawEllipse(middle, kRadius, kRadius);
+  painter.drawEllipse(middle, kDiscRadius, kDiscRadius);
   if (hasFocus()) {
     paintFocusRing(painter,
-                   QRectF(middle.x() - kRadius, middle.y() - kRadius, 2 * kRadius, 2 * kRadius),
-                   kRadius, scheme_);
+                   QRectF(middle.x() - kDiscRadius, middle.y() - kDiscRadius, 2 * kDiscRadius,
+                          2 * kDiscRadius),
+                   kDiscRadius, scheme_);
   }
   painter.setPen(QPen(toColor(colors.secondaryText), 1.2, Qt::SolidLine, Qt::RoundCap));
   const QPointF corner(kCross, kCross);

@@ -20,7 +20,7 @@ constexpr int kPadding = 5;
 constexpr int kRowHeight = 12;
 constexpr int kColumnGap = 8;
 constexpr int kDistance = 6;  // from the line
-constexpr double kRadius = 5;
+constexpr double kBubbleRadius = 5;
 constexpr double kLineOpacity = 0.4;
 
 QFont labelFont() { return systemFont(text_size::kFootnote); }
@@ -88,7 +88,8 @@ void GraphOverlay::paintReadout(QPainter& painter) const {
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setPen(QPen(toColor(colors.divider), 1));
   painter.setBrush(toColor(colors.window));
-  painter.drawRoundedRect(QRectF(bubble()).adjusted(0.5, 0.5, -0.5, -0.5), kRadius, kRadius);
+  painter.drawRoundedRect(QRectF(bubble()).adjusted(0.5, 0.5, -0.5, -0.5), kBubbleRadius,
+                          kBubbleRadius);
   paintEntries(painter);
 }
 

@@ -14,7 +14,7 @@
 namespace pallimo::ui::widgets {
 namespace {
 
-constexpr double kRadius = 6;
+constexpr double kPlateRadius = 6;
 constexpr double kDotRadius = 2.5;
 constexpr double kDotDistance = 8.5;
 constexpr int kMenuDistance = 4;
@@ -71,7 +71,8 @@ void MoreButton::paintEvent(QPaintEvent*) {
   painter.setPen(showsFocus_ ? QPen(toColor(colors.accent), 2) : QPen(Qt::NoPen));
   painter.setBrush(toColor(isLit ? colors.controlHover : colors.control));
   const double inset = showsFocus_ ? 1 : 0;
-  painter.drawRoundedRect(QRectF(rect()).adjusted(inset, inset, -inset, -inset), kRadius, kRadius);
+  painter.drawRoundedRect(QRectF(rect()).adjusted(inset, inset, -inset, -inset), kPlateRadius,
+                          kPlateRadius);
   painter.setPen(Qt::NoPen);
   painter.setBrush(toColor(colors.secondaryText));
   const QPointF middle = QRectF(rect()).center();

@@ -19,7 +19,7 @@ constexpr int kAccentHeight = 26;
 constexpr int kPlainHeight = 22;
 constexpr int kAccentPadding = 14;
 constexpr int kPlainPadding = 12;
-constexpr double kRadius = 5;
+constexpr double kButtonRadius = 5;
 // What a press takes of the button's colour.
 constexpr double kPressed = 0.15;
 
@@ -59,9 +59,9 @@ void PushButton::paintEvent(QPaintEvent*) {
   const QRectF frame = QRectF(rect()).adjusted(kFocusRing, kFocusRing, -kFocusRing, -kFocusRing);
   painter.setPen(QPen(isAccent ? ground : toColor(colors.fieldBorder), 1));
   painter.setBrush(ground);
-  painter.drawRoundedRect(frame.adjusted(0.5, 0.5, -0.5, -0.5), kRadius, kRadius);
+  painter.drawRoundedRect(frame.adjusted(0.5, 0.5, -0.5, -0.5), kButtonRadius, kButtonRadius);
   if (hasFocus()) {
-    paintFocusRing(painter, frame, kRadius, scheme_);
+    paintFocusRing(painter, frame, kButtonRadius, scheme_);
   }
   painter.setFont(textFont());
   painter.setPen(text);

@@ -21,7 +21,7 @@ namespace {
 
 constexpr double kLabelSize = 11;
 constexpr int kPadding = 12;
-constexpr double kRadius = 6;
+constexpr double kTabRadius = 6;
 constexpr double kSymbolMiddle = 15;
 constexpr int kLabelTop = 24;
 constexpr int kLabelHeight = 16;
@@ -90,12 +90,12 @@ void TabButton::paintEvent(QPaintEvent*) {
   if (isChecked()) {
     painter.setPen(Qt::NoPen);
     painter.setBrush(toColor(colors.controlSelected));
-    painter.drawRoundedRect(rect(), kRadius, kRadius);
+    painter.drawRoundedRect(rect(), kTabRadius, kTabRadius);
   }
   if (hasFocus()) {
     paintFocusRing(painter,
                    QRectF(rect()).adjusted(kFocusRing, kFocusRing, -kFocusRing, -kFocusRing),
-                   kRadius - kFocusRing, scheme_);
+                   kTabRadius - kFocusRing, scheme_);
   }
   painter.setPen(QPen(toColor(isChecked() ? colors.accent : colors.secondaryText), kStroke,
                       Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));

@@ -20,6 +20,7 @@
 #include <variant>
 #include <vector>
 
+#include "analytics/silent_http_client.h"
 #include "app/make_platform.h"
 #include "app/shared_general_model.h"
 #include "app/window/system_chrome.h"
@@ -93,7 +94,8 @@ class WindowApp : public HelperFolderTest {
 
   /// The app starts and shows its window.
   void startApp() {
-    auto made = app::makePlatform(options);
+    auto made = app::makePlatform(
+        options, {.url = "", .client = std::make_unique<analytics::SilentHttpClient>()});
     const auto* error = std::get_if<app::StartError>(&made);
     ASSERT_EQ(error, nullptr) << error->message;
     owner_ = std::get<std::unique_ptr<app::PlatformOwner>>(std::move(made));
