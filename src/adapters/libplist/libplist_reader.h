@@ -20,7 +20,7 @@ namespace pallimo::adapters::libplist {
 ///
 /// XML is UTF-8, with or without a byte-order mark, prologue and `<plist>` element; the document
 /// ends where its outermost element ends. What nobody looks at is taken out of it before libplist
-/// sees it where it is plain enough to be judged here; a document of 55 KB shrinks to 4. A binary
+/// sees it where it is plain enough to be judged here; a document of 55 KB shrinks to two. A binary
 /// document is the whole buffer: its table of contents stands at the very end.
 class LibplistReader final : public ports::PropertyListReader {
  public:

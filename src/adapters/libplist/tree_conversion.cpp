@@ -62,11 +62,13 @@ base::PropertyListDate dateOf(plist_t node) {
   return {seconds + microseconds / 1e6};
 }
 
+constexpr std::string_view kReferenceKey = "CF$UID";
+
 PropertyListDictionary referenceOf(plist_t node) {
   std::uint64_t value = 0;
   plist_get_uid_val(node, &value);
   PropertyListDictionary dictionary;
-  dictionary.emplace_back("CF$UID", PropertyList(static_cast<std::int64_t>(value)));
+  dictionary.emplace_back(kReferenceKey, PropertyList(static_cast<std::int64_t>(value)));
   return dictionary;
 }
 
@@ -224,6 +226,10 @@ class Conversion {
  private:
   bool take(plist_t node) {
     const plist_type type = plist_get_node_type(node);
+    if (type == PLIST_UID && !ports::wantedBelow(*wantedOfNext(), kReferenceKey)) {
+      put(PropertyListDictionary());  // a dictionary of which nothing is wanted
+      return true;
+    }
     if (type != PLIST_DICT && type != PLIST_ARRAY) {
       return convertLeaf(node, type, [this](auto value) { put(std::move(value)); });
     }

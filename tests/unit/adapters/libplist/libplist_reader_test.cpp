@@ -522,6 +522,14 @@ TEST_P(LibplistReaderTest, ABinaryDocumentCanBeReadInPartToo) {
   EXPECT_EQ(readOnly(binary.bytes(), {{"b"}}), readElement("<dict><key>b</key><true/></dict>"));
 }
 
+TEST_P(LibplistReaderTest, AReferenceIsADictionaryOfWhichNothingMayBeWanted) {
+  const BinaryDocument binary{{dictionaryOf({1, 2}), textObject("a"), "\x80\x03"}};
+  EXPECT_EQ(readOnly(binary.bytes(), {{"a", {{"b"}}}}),
+            readElement("<dict><key>a</key><dict></dict></dict>"));
+  EXPECT_EQ(readOnly(binary.bytes(), {{"a", {{"CF$UID"}}}}), read(binary));
+  EXPECT_EQ(readOnly(binary.bytes(), {{"a"}}), read(binary));
+}
+
 /// A document made of the words of many, mostly sound and now and then not.
 std::string scrambled(std::mt19937& random) {
   static const std::vector<std::string> values = {"<true/>",
