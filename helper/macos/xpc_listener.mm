@@ -10,6 +10,7 @@
 #include <set>
 #include <utility>
 
+#include "adapters/common/macos/ns_text.h"
 #include "adapters/common/signing_requirement.h"
 #include "base/mutex.h"
 #include "helper/macos/client_waits.h"
@@ -19,6 +20,7 @@ namespace pallimo::helper {
 namespace {
 
 namespace protocol = helper_link::protocol;
+using adapters::common::nsString;
 using adapters::common::PollLoop;
 
 /// So many clients may be connected at once; more are sent away.
@@ -129,7 +131,7 @@ class Peer final : public ports::HelperPeer, public std::enable_shared_from_this
 - (void)getVersionWithCompletion:(void (^)(NSString*))completion {
   peer->receive([completion](auto& service) {
     service.getVersion([completion](const std::string& version) {
-      completion(pallimo::helper_link::protocol::nsString(version));
+      completion(pallimo::adapters::common::nsString(version));
     });
   });
 }
@@ -164,9 +166,9 @@ class Listener final : public Peer::Owner, public std::enable_shared_from_this<L
  public:
   Listener(PollLoop& loop, std::string_view machServiceName, std::string_view requirement)
       : loop_(loop),
-        name_(protocol::nsString(machServiceName)),
+        name_(nsString(machServiceName)),
         isRequirementValid_(adapters::common::isSigningRequirement(requirement)),
-        requirement_(protocol::nsString(requirement)) {}
+        requirement_(nsString(requirement)) {}
 
   void end() {
     [listener_ invalidate];

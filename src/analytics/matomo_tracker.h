@@ -23,7 +23,8 @@ namespace pallimo::analytics {
 /// Tells a Matomo server, once a start, that the app was started: an anonymous event over Matomo's
 /// tracking protocol, one GET request. Nothing is retried and no failure is reported.
 ///
-/// Main thread.
+/// One in the process, as a part of the composition root, which is shared by the process and made
+/// on the first use; so it has no shared instance of its own. Main thread.
 class MatomoTracker {
  public:
   /// All outlive the tracker.

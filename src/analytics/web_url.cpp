@@ -35,6 +35,13 @@ bool beginsWith(std::string_view text, std::string_view prefix) {
          });
 }
 
+/// An IPv6 address, or a name: of what a URL may hold, only letters, digits, "-", "." and "_" stand
+/// in one.
+bool isHost(std::string_view text, bool isAddress) {
+  if (isAddress) return text.find(':') != std::string_view::npos;
+  return !text.empty() && text.find_first_of("[]%~!$&'()*+,;=") == std::string_view::npos;
+}
+
 bool isPort(std::string_view text) {
   if (text.empty()) return true;
   std::uint16_t port = 0;
@@ -61,7 +68,7 @@ std::optional<std::string_view> hostOfWebURL(std::string_view url) {
   if (end == std::string_view::npos) return std::nullopt;
   const std::string_view host = isAddress ? authority.substr(1, end - 1) : authority.substr(0, end);
   std::string_view port = authority.substr(isAddress ? end + 1 : end);
-  if (host.empty() || (!port.empty() && !port.starts_with(':'))) return std::nullopt;
+  if (!isHost(host, isAddress) || (!port.empty() && !port.starts_with(':'))) return std::nullopt;
   if (!port.empty()) port.remove_prefix(1);
   return isPort(port) ? std::optional(host) : std::nullopt;
 }

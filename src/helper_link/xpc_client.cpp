@@ -44,6 +44,11 @@ std::shared_ptr<XPCManager> XPCClient::manager() const {
   return delegate_.lock();
 }
 
+std::weak_ptr<ports::HelperConnection> XPCClient::openConnection() const {
+  base::MutexLock lock(mutex_);
+  return connection_;
+}
+
 std::shared_ptr<ports::HelperConnection> XPCClient::connection() {
   {
     base::MutexLock lock(mutex_);
@@ -117,7 +122,7 @@ bool XPCClient::isProbeOpen() const {
 }
 
 void XPCClient::uninstall(std::function<void(bool)> completion) {
-  dropConnection();
+  dropConnection(openConnection());
   const auto helper = proxy();
   if (helper) helper->unInstallHelper();
   if (completion) completion(helper != nullptr);
@@ -168,23 +173,16 @@ void XPCClient::connectionInvalidationHandler(
   services_.console.writeLine("connectionInvalidationHandler");
 }
 
-// The slot is emptied first: from then on nobody is handed the connection that is ending, and of
-// two threads that drop at the same time one does the work.
-void XPCClient::dropConnection() {
-  std::shared_ptr<ports::HelperConnection> dropped;
-  {
-    base::MutexLock lock(mutex_);
-    dropped = std::exchange(connection_, nullptr);
-  }
-  if (dropped) end(*dropped);
-}
-
+// The slot is emptied first: from then on nobody is handed the connection that is ending. Whoever
+// empties it ends the connection, so that of two threads that drop the same one only one does; one
+// that never got into the slot is ended by its builder.
 void XPCClient::dropConnection(const std::weak_ptr<ports::HelperConnection>& named) {
   const auto dropped = named.lock();
   if (!dropped) return;
   {
     base::MutexLock lock(mutex_);
-    if (connection_ == dropped) connection_ = nullptr;
+    if (connection_ != dropped) return;
+    connection_ = nullptr;
   }
   end(*dropped);
 }

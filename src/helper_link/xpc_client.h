@@ -76,13 +76,15 @@ class XPCClient final : public protocol::ClientProtocol,
  private:
   explicit XPCClient(const Services& services);
 
+  /// The connection in use, if there is one.
+  std::weak_ptr<ports::HelperConnection> openConnection() const;
   std::shared_ptr<protocol::XPCProtocol> proxy();
   void prepare(const std::shared_ptr<ports::HelperConnection>& fresh);
   // The handlers name the connection that failed, so that one which is already running when
   // another thread replaces its connection leaves the new one alone.
   void connetionInterruptionHandler(const std::weak_ptr<ports::HelperConnection>& failed);
   void connectionInvalidationHandler(const std::weak_ptr<ports::HelperConnection>& failed);
-  void dropConnection();
+  /// Ends the connection of that name if it is the one in use.
   void dropConnection(const std::weak_ptr<ports::HelperConnection>& named);
   std::shared_ptr<XPCManager> manager() const;
 

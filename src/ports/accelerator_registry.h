@@ -23,9 +23,10 @@ class AcceleratorRegistry {
   /// The iterator's next entry, to be released; 0 at the end.
   virtual std::uint32_t next(std::uint32_t iterator) = 0;
   /// A copy of the entry's properties: a dictionary. A read that succeeds without one is an empty
-  /// one; a value of a kind that a property list lacks (a set, a null) is left out; a boolean stays
-  /// a boolean. Nothing only when the kernel's call fails: callers then read again until it
-  /// succeeds, so an entry that is merely odd must never give nothing.
+  /// one; a value of a kind that a property list lacks (a set, a null) is left out, and so is an
+  /// entry under a key that is no text; a boolean stays a boolean. Nothing only when the kernel's
+  /// call fails: callers then read again until it succeeds, so an entry that is merely odd must
+  /// never give nothing.
   virtual std::optional<base::PropertyList> properties(std::uint32_t entry) = 0;
   /// Lets go of an entry or an iterator.
   virtual void release(std::uint32_t object) = 0;

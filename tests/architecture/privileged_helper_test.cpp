@@ -83,11 +83,12 @@ TEST(PrivilegedHelper, IsCheckedByTheAppAfterTheHandlersAreSetAndBeforeTheConnec
   const std::string text = readText(root() / kConnector);
   const std::size_t checked = text.find("[connection_ setCodeSigningRequirement:requirement_];");
   ASSERT_NE(checked, std::string::npos);
-  // A refused requirement ends the connection instead.
-  const std::string between =
-      "[connection_ setCodeSigningRequirement:requirement_];\n"
-      "    } @catch (...) {\n      return invalidate();\n    }\n    ";
-  EXPECT_EQ(text.find(between + "[connection_ resume];"), checked);
+  // A requirement that is refused, by an exception, leaves the connection unstarted, which ends it.
+  EXPECT_EQ(text.find("[connection_ setCodeSigningRequirement:requirement_];\n"
+                      "      [connection_ resume];\n      return true;\n"
+                      "    } @catch (...) {\n      return false;\n"),
+            checked);
+  EXPECT_NE(text.find("close(life_.endResuming(start()))"), std::string::npos);
   EXPECT_EQ(countOf(text, "[connection_ resume]"), 1u);
   EXPECT_LT(text.find("if (!common::isSigningRequirement(requirement_)) return nullptr;"),
             text.find("initWithMachServiceName"));
@@ -117,10 +118,35 @@ TEST(PrivilegedHelper, UsesNoShellAndReadsNothingFromItsEnvironment) {
 
 TEST(PrivilegedHelper, UnderstandsFiveMessagesAndSendsOne) {
   const std::string text = readText(root() / kMessages);
-  EXPECT_EQ(countOf(text, "- (void)"), 6u);
-  EXPECT_EQ(countOf(text, "@protocol"), 2u);
+  std::vector<std::string> declared;
+  for (const std::string& line : splitLines(text)) {
+    if (startsWith(line, "@protocol") || startsWith(line, "- ")) declared.push_back(line);
+  }
+  const std::vector<std::string> expected = {
+      "@protocol XPCProtocol",
+      "- (void)isRespondingWithCompletion:(void (^)(BOOL isResponding))completion;",
+      "- (void)unInstallHelper;",
+      "- (void)getVersionWithCompletion:(void (^)(NSString* version))completion;",
+      "- (void)requestPowermetricsWithMsSampling:(double)msSampling includeGPU:(BOOL)includeGPU;",
+      "- (void)closeHelper;",
+      "@protocol ClientProtocol",
+      "- (void)powermetricsResult:(nullable NSData*)document;"};
+  EXPECT_EQ(declared, expected) << "programs of other versions know these by name";
   // None of them carries a path, a list of words or an object of its sender's choice.
   EXPECT_EQ(countOf(text, ":(NSString*)") + countOf(text, ":(NSArray") + countOf(text, ":(id"), 0u);
+}
+
+TEST(PrivilegedHelper, IsSentTheMessagesThatTheProtocolsPageNames) {
+  const std::string page = readText(root() / "docs/helper-protocol.md");
+  std::size_t at = 0;  // they stand there in the same order
+  for (const char* selector :
+       {"| `isRespondingWithCompletion:` (block taking `BOOL`)", "`unInstallHelper`",
+        "`getVersionWithCompletion:` (block taking `NSString *`)",
+        "`requestPowermetricsWithMsSampling:includeGPU:` (`double`, `BOOL`)", "`closeHelper` |",
+        "`powermetricsResult:` (`NSData *`, nil when absent)"}) {
+    at = page.find(selector, at);
+    ASSERT_NE(at, std::string::npos) << selector;
+  }
 }
 
 TEST(PrivilegedHelper, IsSignedWithTheHardenedRuntimeWhenItIsSignedForOthers) {

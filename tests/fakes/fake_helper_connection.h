@@ -19,8 +19,8 @@
 
 namespace pallimo::fakes {
 
-/// A connection whose other end is the test. notes every call in the journal, messages
-/// as "-> message". Handlers, replies and results run at once on the thread that asks for them,
+/// A connection whose other end is the test. It notes every call in the journal, messages as
+/// "-> message". Handlers, replies and results run at once on the thread that asks for them,
 /// looked up at that moment as a real connection does. Any thread.
 class FakeHelperConnection final : public ports::HelperConnection,
                                    public std::enable_shared_from_this<FakeHelperConnection> {

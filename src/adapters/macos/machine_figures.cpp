@@ -2,10 +2,12 @@
 // SPDX-FileCopyrightText: 2026 The Pallimo authors
 
 #include <IOKit/IOKitLib.h>
+#include <mach/mach.h>
 #include <sys/sysctl.h>
 
 #include <cstddef>
 #include <string>
+#include <utility>
 
 #include "adapters/macos/system_services.h"
 #include "adapters/macos/system_values.h"
@@ -93,22 +95,27 @@ class SystemControls final : public ports::SystemControls {
 
 class ProcessorTicks final : public ports::ProcessorTicks {
  public:
+  ~ProcessorTicks() override { mach_port_deallocate(mach_task_self(), host_); }
+
   std::optional<std::vector<ports::ProcessorTickCounts>> read() override {
     natural_t processors = 0;
-    KernelWords info;
-    const kern_return_t result = host_processor_info(host_.name, PROCESSOR_CPU_LOAD_INFO,
-                                                     &processors, &info.words, &info.count);
-    if (result != KERN_SUCCESS) return std::nullopt;
-    std::vector<ports::ProcessorTickCounts> ticks(processors);
-    const integer_t* word = info.words;
+    integer_t* words = nullptr;
+    mach_msg_type_number_t size = 0;
+    const kern_return_t result =
+        host_processor_info(host_, PROCESSOR_CPU_LOAD_INFO, &processors, &words, &size);
+    std::vector<ports::ProcessorTickCounts> ticks(result == KERN_SUCCESS ? processors : 0);
+    const integer_t* word = words;
     for (ports::ProcessorTickCounts& counts : ticks) {
       for (std::uint32_t& count : counts) count = static_cast<std::uint32_t>(*word++);
     }
-    return ticks;
+    // The kernel has mapped them into this task; for nothing it is allowed, too.
+    vm_deallocate(mach_task_self(), reinterpret_cast<vm_address_t>(words), size * sizeof *words);
+    return result == KERN_SUCCESS ? std::optional(std::move(ticks)) : std::nullopt;
   }
 
  private:
-  const HostPort host_;
+  // Every call adds a reference: one for the object, not one for each sample.
+  const mach_port_t host_ = mach_host_self();
 };
 
 }  // namespace

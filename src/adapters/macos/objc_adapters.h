@@ -8,6 +8,7 @@
 
 #include "base/executor.h"
 #include "ports/helper_connection.h"
+#include "ports/process_information.h"
 #include "ports/software_updater.h"
 #include "ports/user_notifications.h"
 
@@ -24,6 +25,9 @@ std::unique_ptr<ports::HelperConnector> makeHelperConnector(base::Executor& deli
 /// The process's notification centre. One in the process at a time. A program without a bundle has
 /// none: then nothing is shown and nobody is asked.
 std::unique_ptr<ports::UserNotifications> makeUserNotifications();
+
+/// The system's version as the system words it, "Version 14.5 (Build 23F79)".
+std::unique_ptr<ports::ProcessInformation> makeProcessInformation();
 
 /// Sparkle, which decides everything; its feed stands in the app's Info.plist. Main thread.
 std::unique_ptr<ports::SoftwareUpdater> makeSoftwareUpdater();

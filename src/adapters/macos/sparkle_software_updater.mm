@@ -3,8 +3,8 @@
 
 #import <Sparkle/Sparkle.h>
 
+#include "adapters/common/macos/ns_text.h"
 #include "adapters/macos/objc_adapters.h"
-#include "helper_link/protocol/xpc_messages.h"
 
 @interface PallimoUpdaterDelegate : NSObject <SPUUpdaterDelegate, SPUStandardUserDriverDelegate>
 @end
@@ -19,7 +19,7 @@ class SparkleSoftwareUpdater final : public ports::SoftwareUpdater {
   std::optional<std::string> start() override {
     NSError* error = nil;
     if ([updater_ startUpdater:&error]) return std::nullopt;
-    return helper_link::protocol::stdString(error.description);
+    return common::stdString(error.description);
   }
   void checkForUpdates() override { [updater_ checkForUpdates]; }
 

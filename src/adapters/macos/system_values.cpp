@@ -15,11 +15,10 @@ namespace {
 using base::PropertyList;
 
 std::optional<std::string> textFrom(CFStringRef string) {
-  const CFIndex longest =
-      CFStringGetMaximumSizeForEncoding(CFStringGetLength(string), kCFStringEncodingUTF8);
-  std::vector<char> buffer(static_cast<std::size_t>(longest) + 1);
-  if (!CFStringGetCString(string, buffer.data(), static_cast<CFIndex>(buffer.size()),
-                          kCFStringEncodingUTF8)) {
+  const CFIndex room =
+      CFStringGetMaximumSizeForEncoding(CFStringGetLength(string), kCFStringEncodingUTF8) + 1;
+  std::vector<char> buffer(static_cast<std::size_t>(room));
+  if (!CFStringGetCString(string, buffer.data(), room, kCFStringEncodingUTF8)) {
     return std::nullopt;  // half of a character, which UTF-8 has no form for
   }
   return std::string(buffer.data());

@@ -5,10 +5,10 @@
 
 #include <atomic>
 
+#include "adapters/common/macos/ns_text.h"
 #include "adapters/macos/objc_adapters.h"
-#include "helper_link/protocol/xpc_messages.h"
 
-using pallimo::helper_link::protocol::nsString, pallimo::helper_link::protocol::stdString;
+using pallimo::adapters::common::nsString, pallimo::adapters::common::stdString;
 
 constexpr UNNotificationPresentationOptions kBannerAndSound =
     UNNotificationPresentationOptionBanner | UNNotificationPresentationOptionSound;

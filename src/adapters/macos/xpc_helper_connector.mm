@@ -5,6 +5,8 @@
 #include <future>
 
 #include "adapters/common/connection_delivery.h"
+#include "adapters/common/connection_life.h"
+#include "adapters/common/macos/ns_text.h"
 #include "adapters/common/macos/xpc_helper_proxy.h"
 #include "adapters/common/signing_requirement.h"
 #include "adapters/macos/objc_adapters.h"
@@ -40,7 +42,7 @@ class Connection final : public ports::HelperConnection {
         last_(std::move(last)) {}
   ~Connection() override {
     delivery_->silence();
-    close();
+    close(life_.end());
   }
   void setExportedObject(std::shared_ptr<protocol::ClientProtocol> object) override {
     delivery_->setExportedObject(std::move(object));
@@ -57,18 +59,11 @@ class Connection final : public ports::HelperConnection {
     delivery_->setInterruptionHandler(std::move(handler));
   }
   void resume() override {
-    if (hasEnded_) return;
-    @try {
-      [connection_ setCodeSigningRequirement:requirement_];
-    } @catch (...) {
-      return invalidate();
-    }
-    [connection_ resume];
-    isResumed_ = true;
+    if (life_.beginResuming()) close(life_.endResuming(start()));
   }
   void invalidate() override {
     delivery_->end();
-    close();
+    close(life_.end());
   }
   std::shared_ptr<protocol::XPCProtocol> remoteObjectProxy() override {
     @autoreleasepool {
@@ -79,6 +74,15 @@ class Connection final : public ports::HelperConnection {
   }
 
  private:
+  bool start() {
+    @try {
+      [connection_ setCodeSigningRequirement:requirement_];
+      [connection_ resume];
+      return true;
+    } @catch (...) {
+      return false;
+    }
+  }
   void (^blockFor(const std::function<void()>& handler, void (Link::*deliver)()))() {
     const auto delivery = delivery_;
     if (!handler) return nil;
@@ -87,10 +91,10 @@ class Connection final : public ports::HelperConnection {
     };
   }
   /// To invalidate a connection may throw away what it has not sent yet.
-  void close() {
-    if (std::exchange(hasEnded_, true)) return;
+  void close(common::Closing how) {
     NSXPCConnection* const connection = connection_;
-    if (!isResumed_) return [connection invalidate];  // no barrier is ever reached
+    if (how == common::Closing::atOnce) [connection invalidate];
+    if (how != common::Closing::afterWhatWasSent) return;
     [connection scheduleSendBarrierBlock:^{
       [connection invalidate];
     }];
@@ -100,8 +104,7 @@ class Connection final : public ports::HelperConnection {
   NSString* const requirement_;
   const Delivery delivery_;
   const common::Sender last_;
-  bool isResumed_ = false;
-  bool hasEnded_ = false;
+  common::ConnectionLife life_;
 };
 
 class Connector final : public ports::HelperConnector {
@@ -121,13 +124,13 @@ class Connector final : public ports::HelperConnector {
   std::shared_ptr<ports::HelperConnection> connect(std::string_view machServiceName,
                                                    unsigned options) override {
     if (!common::isSigningRequirement(requirement_)) return nullptr;
-    NSString* const name = protocol::nsString(machServiceName);
+    NSString* const name = common::nsString(machServiceName);
     NSXPCConnection* const made = [[NSXPCConnection alloc] initWithMachServiceName:name
                                                                            options:options];
     made.remoteObjectInterface = [NSXPCInterface interfaceWithProtocol:@protocol(XPCProtocol)];
     made.exportedInterface = [NSXPCInterface interfaceWithProtocol:@protocol(ClientProtocol)];
     auto link = std::make_shared<Link>(gate_);
-    return std::make_shared<Connection>(made, protocol::nsString(requirement_), link, last_);
+    return std::make_shared<Connection>(made, common::nsString(requirement_), link, last_);
   }
 
  private:

@@ -8,7 +8,7 @@
 namespace pallimo::adapters::qt {
 
 /// What Qt knows of the system: the name and version that it goes by, "Debian GNU/Linux 12
-/// (bookworm)", and nothing of the machine. Any thread.
+/// (bookworm)", and nothing of the machine. Off macOS, which words its version itself. Any thread.
 class QtProcessInformation final : public ports::ProcessInformation {
  public:
   std::string operatingSystemVersionString() const override;

@@ -35,6 +35,7 @@ MacPlatform::MacPlatform(Parts parts)
       notices_(mac::makeUserNotifications()),
       updater_(softwareUpdater()),
       analytics_(std::move(parts.analytics)),
+      processInformation_(mac::makeProcessInformation()),
       systemLog_(mac::makeSystemLog()),
       bundle_(mac::makeBundle()),
       authorization_(mac::makeAuthorizationServices()),
@@ -65,7 +66,7 @@ MacPlatform::MacPlatform(Parts parts)
                 .softwareUpdater = updater_.get(),
                 .analyticsClient = *analytics_.client,
                 .screens = screens_,
-                .processInformation = processInformation_,
+                .processInformation = *processInformation_,
                 .urlOpener = urlOpener_,
                 .metricsServer = metricsServer_,
                 .analyticsURL = analytics_.url} {}

@@ -13,7 +13,6 @@
 #include "adapters/qt/qt_background_queue.h"
 #include "adapters/qt/qt_file_store.h"
 #include "adapters/qt/qt_main_queue.h"
-#include "adapters/qt/qt_process_information.h"
 #include "adapters/qt/qt_screens.h"
 #include "adapters/qt/qt_url_opener.h"
 #include "adapters/qt/qt_user_defaults.h"
@@ -59,7 +58,7 @@ class MacPlatform final : public PlatformOwner {
   const std::unique_ptr<ports::SoftwareUpdater> updater_;  // null in a build without one
   const Analytics analytics_;
   const adapters::qt::QtScreens screens_;
-  const adapters::qt::QtProcessInformation processInformation_;
+  const std::unique_ptr<ports::ProcessInformation> processInformation_;
   adapters::qt::QtUrlOpener urlOpener_;
   adapters::prometheus::PrometheusMetricsServer metricsServer_;
   const std::unique_ptr<ports::SystemLog> systemLog_;

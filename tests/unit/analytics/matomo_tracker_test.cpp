@@ -4,13 +4,18 @@
 #include "analytics/matomo_tracker.h"
 
 #include <gtest/gtest.h>
-#include <stdlib.h>
-#include <time.h>
 
 #include <chrono>
+#include <cstdint>
+#include <map>
 #include <memory>
 #include <nlohmann/json.hpp>
+#include <optional>
 #include <set>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
 
 #include "analytics/silent_http_client.h"
 #include "fakes/recording_http_client.h"

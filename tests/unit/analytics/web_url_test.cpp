@@ -60,6 +60,20 @@ TEST(WebURL, AnOddPortIsNone) {
   EXPECT_EQ(hostOfWebURL("http://a:65535/"), "a");
 }
 
+TEST(WebURL, BracketsStandAroundAnAddressAlone) {
+  for (const char* url :
+       {"http://a[b/", "http://a]b/", "http://[::1]a/", "http://a[::1]/", "http://[g]/"}) {
+    expectNone(url);
+  }
+}
+
+TEST(WebURL, ANameHoldsLettersDigitsHyphensDotsAndUnderscores) {
+  EXPECT_EQ(hostOfWebURL("http://A-1.b_c/"), "A-1.b_c");
+  for (const char* url : {"http://a%41/", "http://a;b/", "http://a!b/", "http://a~/"}) {
+    expectNone(url);
+  }
+}
+
 TEST(WebURL, CharactersThatURLsDoNotHoldMakeItNone) {
   for (const char* url : {"http://a/ b", "http://a/\"", "http://a/\n", "http://a/<", "http://a/^",
                           "http://a/{", "http://ä/", "http://a/\\"}) {

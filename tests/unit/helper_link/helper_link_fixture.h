@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -55,6 +56,15 @@ class JournalContent final : public ContentModelDelegate {
 
  private:
   fakes::Journal& journal_;
+};
+
+/// A content model that looks at something each time it is told that it changed.
+struct WatchingContent final : ContentModelDelegate {
+  explicit WatchingContent(std::function<std::string()> what) : look(std::move(what)) {}
+  void update() override { seen.push_back(look()); }
+
+  const std::function<std::string()> look;
+  Entries seen;
 };
 
 class JournalMoreButton final : public MoreButtonModelDelegate {

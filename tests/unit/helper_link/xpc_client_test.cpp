@@ -27,6 +27,14 @@ class XPCClientTest : public test::HelperLinkFixture {
     forget();
   }
 
+  /// A content model that notes at each of its updates whether an update of the helper is needed.
+  std::shared_ptr<test::WatchingContent> watchUpdateNeeded() {
+    auto watching = std::make_shared<test::WatchingContent>(
+        [this] { return std::string(manager->isUpdateNeeded() ? "needed" : "not needed"); });
+    manager->setContentModelDelegate(watching);
+    return watching;
+  }
+
   std::shared_ptr<XPCManager> manager;
 };
 
@@ -229,6 +237,19 @@ TEST_F(XPCClientTest, AHandlerThatIsAlreadyRunningLeavesTheNextConnectionAlone) 
   EXPECT_EQ(client().connection(), connection());
 }
 
+TEST_F(XPCClientTest, AConnectionThatTwoWantToDropIsEndedOnce) {
+  const auto alone = XPCClient::create(clientServices());
+  alone->connection();
+  manager.reset();
+  const auto interruption = connection()->interruptionHandler();
+  alone->uninstall(nullptr);
+  forget();
+  interruption();
+  EXPECT_EQ(happened(),
+            (Entries{"log: [XPCTEST] XPCClient: connection has been interrupted XPCTEST",
+                     "notice XPCInstallError", "console: connetionInterruptionHandler"}));
+}
+
 TEST_F(XPCClientTest, TheHandlersKeepTheClientAlive) {
   const auto client = XPCClient::create(clientServices());
   const std::weak_ptr<XPCClient> watched = client;
@@ -275,6 +296,14 @@ TEST_F(XPCClientTest, TheProbeClearsUpdateNeededAndPublishesBeforeItAnnounces) {
   ASSERT_GE(entries.size(), 2u);
   EXPECT_EQ(entries[0], "content update");
   EXPECT_EQ(entries[1], "notice XPCDidInstall");
+}
+
+TEST_F(XPCClientTest, WhatTheProbeClearsIsClearBeforeItIsPublished) {
+  const auto watching = watchUpdateNeeded();
+  manager->setUpdateNeeded(true);
+  client().isResponding();
+  connection()->replyIsResponding(true);
+  EXPECT_EQ(watching->seen.at(0), "not needed");
 }
 
 TEST_F(XPCClientTest, TheProbeThatIsAnsweredNoAnnouncesNothingAndDropsTheConnection) {
@@ -477,6 +506,13 @@ TEST_F(XPCClientVersion, AMissingProxyCallsForAnUpdateAtOnce) {
   client().checkVersion([this](bool isSame) { journal.add(isSame ? "same" : "differs"); }, manager);
   EXPECT_EQ(happened(), (Entries{"content update", "differs"}));
   EXPECT_TRUE(manager->isUpdateNeeded());
+}
+
+TEST_F(XPCClientVersion, AMissingProxyIsKnownToCallForAnUpdateBeforeThatIsPublished) {
+  const auto watching = watchUpdateNeeded();
+  connector.setHasProxies(false);
+  client().checkVersion([](bool) {}, manager);
+  EXPECT_EQ(watching->seen, Entries{"needed"});
 }
 
 TEST_F(XPCClientVersion, AMissingConnectionCallsForAnUpdateAtOnce) {

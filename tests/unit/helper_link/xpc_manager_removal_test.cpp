@@ -93,18 +93,13 @@ TEST_F(XPCManagerUninstall, TheTimerEndsBeforeAnyFlagMoves) {
     std::function<std::string()> look;
     std::vector<std::string> seen;
   };
-  struct WatchingContent final : ContentModelDelegate {
-    void update() override { seen.push_back(look()); }
-    std::function<std::string()> look;
-    std::vector<std::string> seen;
-  };
   const auto look = [this] {
     return std::string(manager->isUpdateNeeded() ? "update needed" : "no update needed") +
            (manager->isRequestedToUninstall() ? ", requested" : ", not requested");
   };
   const auto watchingEngine = std::make_shared<Watching>();
-  const auto watchingContent = std::make_shared<WatchingContent>();
-  watchingEngine->look = watchingContent->look = look;
+  const auto watchingContent = std::make_shared<test::WatchingContent>(look);
+  watchingEngine->look = look;
   manager->setPowerMetricsModelDelegate(watchingEngine);
   manager->setContentModelDelegate(watchingContent);
   manager->setUpdateNeeded(true);

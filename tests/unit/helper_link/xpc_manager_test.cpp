@@ -187,6 +187,17 @@ TEST_F(XPCManagerTest, TheRequestForRemovalIsWithdrawnBeforeTheEngineIsTold) {
   EXPECT_FALSE(wasRequested);
 }
 
+TEST_F(XPCManagerTest, TheGraphsAreToBeClearedBeforeTheEngineIsTold) {
+  createManager();
+  const auto acting = std::make_shared<ActingEngine>();
+  std::size_t queued = 0;
+  acting->first = [&] { queued = mainQueue.queuedTasks(); };
+  manager->setPowerMetricsModelDelegate(acting);
+  postInstallError();
+  EXPECT_EQ(acting->told, std::vector<bool>{false});
+  EXPECT_EQ(queued, 1u);
+}
+
 TEST_F(XPCManagerTest, TheLastWordToTheEngineIsTheFlagThatStands) {
   // The opposite notice is handled whole while this one is about to tell the engine.
   for (const bool isAuthorizedLast : {false, true}) {
@@ -311,6 +322,14 @@ TEST_F(XPCManagerCheckAtStart, ADifferentVersionNeedsAnUpdateAndPublishes) {
   expectFlags(false, true, false);
   mainQueue.run();
   EXPECT_EQ(happened(), (Entries{"-> getVersion", "content update"}));
+}
+
+TEST_F(XPCManagerCheckAtStart, TheNeedOfAnUpdateStandsBeforeItIsPublished) {
+  const auto watching = std::make_shared<test::WatchingContent>(
+      [this] { return std::string(manager->isUpdateNeeded() ? "needed" : "not needed"); });
+  manager->checkHelperAtStart(watching);
+  answerWithVersion("1.1");
+  EXPECT_EQ(watching->seen, Entries{"needed"});
 }
 
 TEST_F(XPCManagerCheckAtStart, AnAbsentEmbeddedVersionNeedsAnUpdate) {

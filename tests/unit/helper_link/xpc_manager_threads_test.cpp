@@ -2,6 +2,7 @@
 // SPDX-FileCopyrightText: 2026 The Pallimo authors
 
 #include <atomic>
+#include <chrono>
 #include <latch>
 #include <thread>
 
@@ -77,13 +78,18 @@ TEST_F(XPCManagerThreads, FlagsAreReadWhileRepliesSetThemAndTheUserUpdatesAndRem
 }
 
 TEST_F(XPCManagerThreads, AFlagThatAReplySetIsSeenByAnotherThread) {
-  std::thread reader([this] {
-    while (!manager->isAuthorized()) std::this_thread::yield();
+  std::atomic<bool> hasSeen = false;
+  std::thread reader([&] {
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+    while (!hasSeen && std::chrono::steady_clock::now() < deadline) {
+      hasSeen = manager->isAuthorized();
+      std::this_thread::yield();
+    }
   });
   manager->installHelper();
   connector.latest()->replyIsResponding(true);
   reader.join();
-  EXPECT_TRUE(manager->isAuthorized());
+  EXPECT_TRUE(hasSeen);
 }
 
 TEST_F(XPCManagerThreads, AManagerMayGoWhileItsBackgroundTaskRuns) {

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "adapters/common/connection_delivery.h"
+#include "adapters/common/macos/ns_text.h"
 #include "helper_link/protocol/xpc_messages.h"
 
 // How an app's messages leave by NSXPC and its tasks run, each in an autorelease pool: the threads
@@ -56,8 +57,7 @@ class HelperProxy final : public helper_link::protocol::XPCProtocol {
   void getVersion(std::function<void(std::string)> completion) override {
     const auto delivery = delivery_;
     const auto reply = ^(NSString* version) {
-      delivery->deliverReply(
-          [completion, text = helper_link::protocol::stdString(version)] { completion(text); });
+      delivery->deliverReply([completion, text = stdString(version)] { completion(text); });
     };
     send([&] { [remote_ getVersionWithCompletion:reply]; });
   }

@@ -23,6 +23,7 @@ enum : NSStringEncoding { NSUTF8StringEncoding = 4 };
                                 length:(NSUInteger)length
                               encoding:(NSStringEncoding)encoding;
 @property(readonly, nullable) const char* UTF8String;
+- (NSUInteger)lengthOfBytesUsingEncoding:(NSStringEncoding)encoding;
 @end
 
 @interface NSData : NSObject <NSCopying>
@@ -50,6 +51,11 @@ typedef struct {
 
 @interface NSError : NSObject <NSCopying>
 @property(readonly, copy) NSString* description;
+@end
+
+@interface NSProcessInfo : NSObject
+@property(class, readonly, strong) NSProcessInfo* processInfo;
+@property(readonly, copy) NSString* operatingSystemVersionString;
 @end
 
 @interface NSBundle : NSObject
