@@ -16,27 +16,12 @@
 #include <fstream>
 #include <iostream>
 #include <iterator>
-#include <memory>
-#include <optional>
 #include <string>
 
 #include "adapters/libplist/libplist_reader.h"
-#include "adapters/simulated/machines.h"
-#include "adapters/simulated/simulated_machine.h"
-#include "adapters/simulated/simulated_sensors.h"
-#include "base/notification_centre.h"
-#include "fakes/fake_sampling_gate.h"
-#include "fakes/manual_clock.h"
-#include "fakes/manual_main_queue.h"
-#include "fakes/memory_user_defaults.h"
-#include "logging/log_file_data.h"
-#include "logging/sample_rows.h"
-#include "modules/module_model_frequency.h"
-#include "modules/module_model_power.h"
-#include "modules/module_model_temperature.h"
-#include "modules/module_model_utilization.h"
+#include "adapters/simulated/builtin_machine.h"
+#include "benchmarks/sample_road.h"
 #include "sampling/sample_parser.h"
-#include "sampling/sg_power_metrics.h"
 
 namespace pallimo {
 namespace {
@@ -52,62 +37,11 @@ const base::Bytes& document() {
   return bytes;
 }
 
-/// The largest of the simulated machines: 24 processors, some three hundred keys in the SMC. Its
-/// sensors stand still, so that making up their figures does not count.
-adapters::simulated::SimulatedMachine machine() {
-  adapters::simulated::Simulation simulation;
-  simulation.machine = "Mac Studio M2 Ultra";
-  auto loaded = adapters::simulated::SimulatedMachine::load(simulation);
-  return std::get<adapters::simulated::SimulatedMachine>(std::move(loaded));
+/// The largest of the simulated machines: 24 processors, some three hundred keys in the SMC.
+const adapters::simulated::MachineDescription& machine() {
+  static const auto largest = adapters::simulated::macStudioM2Ultra();
+  return largest;
 }
-
-/// The engine with the modules and the log that stand behind it, as the app wires them.
-class Road {
- public:
-  Road() {
-    engine_->setGate(gate_);
-    engine_->setFanout({.power = power_,
-                        .utilization = utilization_,
-                        .frequency = frequency_,
-                        .temperature = temperature_,
-                        .log = rows_});
-    rows_->addReceiver([this](const logging::LogRow& row) {
-      line_ = logging::csvLine(logging::formatRow(row, clock_.now()));
-    });
-  }
-
-  const std::string& take(base::Bytes bytes) {
-    engine_->handleResult(std::move(bytes));
-    mainQueue_.run();
-    return line_;
-  }
-
- private:
-  fakes::ManualClock clock_;
-  fakes::ManualMainQueue mainQueue_;
-  base::NotificationCentre notifications_;
-  fakes::MemoryUserDefaults defaults_;
-  adapters::libplist::LibplistReader reader_;
-  adapters::simulated::SimulatedMachine machine_ = machine();
-  std::unique_ptr<ports::SystemControls> controls_ = machine_.systemControls();
-  std::unique_ptr<adapters::simulated::SimulatedSensors> sensors_ = machine_.sensors(clock_);
-  std::shared_ptr<fakes::FakeSamplingGate> gate_ = std::make_shared<fakes::FakeSamplingGate>();
-  std::shared_ptr<sampling::SGPowerMetrics> engine_ =
-      sampling::SGPowerMetrics::create({mainQueue_, notifications_, defaults_, reader_});
-  std::shared_ptr<modules::ModuleModelPower> power_ =
-      modules::ModuleModelPower::create(notifications_, engine_);
-  std::shared_ptr<modules::ModuleModelFrequency> frequency_ =
-      modules::ModuleModelFrequency::create(notifications_, engine_);
-  std::shared_ptr<modules::ModuleModelTemperature> temperature_ =
-      modules::ModuleModelTemperature::create(
-          notifications_, {*controls_, sensors_->smcDevice(), sensors_->hidSensors()});
-  std::shared_ptr<modules::ModuleModelUtilization> utilization_ =
-      modules::ModuleModelUtilization::create(
-          notifications_, engine_, {sensors_->processorTicks(), sensors_->accelerators()});
-  std::shared_ptr<logging::SampleRows> rows_ = std::make_shared<logging::SampleRows>(
-      clock_, logging::SampleRows::Models{*power_, *frequency_, *temperature_, *utilization_});
-  std::string line_;
-};
 
 void parseAndFree(const base::Bytes& bytes) {
   plist_t root = nullptr;
@@ -145,14 +79,14 @@ void figuresOfASample(benchmark::State& state) {
 BENCHMARK(figuresOfASample)->Unit(benchmark::kMicrosecond);
 
 void bytesToLogLine(benchmark::State& state) {
-  Road road;
+  benchmarks::SampleRoad road(machine());
   for (auto _ : state) benchmark::DoNotOptimize(road.take(document()));
 }
 BENCHMARK(bytesToLogLine)->Unit(benchmark::kMicrosecond);
 
 /// Whether figures from all over the document reach the line: package power and frequencies.
 bool isRoadWhole() {
-  Road road;
+  benchmarks::SampleRoad road(machine());
   const std::string& line = road.take(document());
   return line.find(", 1.727, ") != std::string::npos &&
          line.find(", 1391, 3646, 750, ") != std::string::npos;

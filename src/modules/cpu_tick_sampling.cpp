@@ -27,12 +27,35 @@ void divide(CPUUnitInfo& sum, std::size_t count) {
   sum.nice /= divisor;
 }
 
-CPUUnitInfo clusterAverage(const TickSnapshot& list, const std::vector<std::int64_t>& cpus) {
+/// Finds the first record of a processor's number.
+class Processors {
+ public:
+  explicit Processors(const TickSnapshot& list) : list_(list) {
+    for (std::size_t i = 0; i < list.size() && isInOrder_; ++i) {
+      isInOrder_ = list[i].cpuNum == static_cast<std::int64_t>(i);
+    }
+  }
+
+  const CPUUnitInfo* find(std::int64_t cpu) const {
+    // The kernel's lists are in order; searching them would take the square of the processors.
+    if (isInOrder_) {
+      const bool isListed = cpu >= 0 && cpu < static_cast<std::int64_t>(list_.size());
+      return isListed ? &list_[static_cast<std::size_t>(cpu)] : nullptr;
+    }
+    const auto found = std::find_if(list_.begin(), list_.end(),
+                                    [cpu](const CPUUnitInfo& info) { return info.cpuNum == cpu; });
+    return found == list_.end() ? nullptr : &*found;
+  }
+
+ private:
+  const TickSnapshot& list_;
+  bool isInOrder_ = true;  ///< each record stands at the place of its number
+};
+
+CPUUnitInfo clusterAverage(const Processors& processors, const std::vector<std::int64_t>& cpus) {
   CPUUnitInfo average;
   for (const std::int64_t cpu : cpus) {
-    const auto found = std::find_if(list.begin(), list.end(),
-                                    [cpu](const CPUUnitInfo& info) { return info.cpuNum == cpu; });
-    if (found != list.end()) add(average, *found);
+    if (const CPUUnitInfo* info = processors.find(cpu)) add(average, *info);
   }
   divide(average, std::max<std::size_t>(1, cpus.size()));
   return average;
@@ -75,8 +98,11 @@ CPUUnitInfo tickAverage(const TickSnapshot& list) {
 
 std::map<std::string, CPUUnitInfo, std::less<>> clusterTickAverages(
     const TickSnapshot& list, const sampling::ClusterCPUs& membership) {
+  const Processors processors(list);
   std::map<std::string, CPUUnitInfo, std::less<>> averages;
-  for (const auto& [name, cpus] : membership) averages.emplace(name, clusterAverage(list, cpus));
+  for (const auto& [name, cpus] : membership) {
+    averages.emplace(name, clusterAverage(processors, cpus));
+  }
   return averages;
 }
 

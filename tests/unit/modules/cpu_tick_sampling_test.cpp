@@ -4,6 +4,8 @@
 #include "modules/cpu_tick_sampling.h"
 
 #include <cmath>
+#include <cstdint>
+#include <limits>
 
 #include "fakes/fake_processor_ticks.h"
 
@@ -112,6 +114,20 @@ TEST(ClusterTickAverages, TheFirstRecordOfANumberCounts) {
   const auto averages =
       clusterTickAverages({{0, 1, 1, 1, 1}, {0, 9, 9, 9, 9}}, {{"E-Cluster", {0}}});
   EXPECT_EQ(averages.at("E-Cluster"), (CPUUnitInfo{-1, 1, 1, 1, 1}));
+}
+
+TEST(ClusterTickAverages, TheFirstRecordOfANumberCountsAlsoWhereTheSecondStandsAtItsPlace) {
+  const auto averages =
+      clusterTickAverages({{1, 1, 1, 1, 1}, {1, 9, 9, 9, 9}}, {{"E-Cluster", {1}}});
+  EXPECT_EQ(averages.at("E-Cluster"), (CPUUnitInfo{-1, 1, 1, 1, 1}));
+}
+
+TEST(ClusterTickAverages, ANumberThatIsNoPlaceIsNoProcessor) {
+  constexpr std::int64_t kLowest = std::numeric_limits<std::int64_t>::min();
+  constexpr std::int64_t kHighest = std::numeric_limits<std::int64_t>::max();
+  const auto averages =
+      clusterTickAverages({{0, 30, 20, 100, 50}}, {{"P-Cluster", {kLowest, -1, 1, kHighest}}});
+  EXPECT_EQ(averages.at("P-Cluster"), (CPUUnitInfo{-1, 0, 0, 0, 0}));
 }
 
 TEST(ClusterTickAverages, AProcessorThatTheSnapshotLacksLowersTheAveragesAndNotTheFraction) {
