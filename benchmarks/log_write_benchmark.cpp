@@ -10,11 +10,13 @@
 #include <atomic>
 #include <cstddef>
 #include <iostream>
+#include <string_view>
 #include <thread>
 
 #include "benchmarks/allocated_bytes.h"
 #include "benchmarks/example_log.h"
 #include "benchmarks/example_row.h"
+#include "logging/log_file_text.h"
 #include "logging/log_rows.h"
 
 namespace pallimo::benchmarks {
@@ -97,8 +99,12 @@ bool isLogWhole() {
   ExampleLog log;
   collectADay(log);
   log.backgroundQueue.run();
-  constexpr std::size_t kShortestLine = 100;
-  return log.console.lines().empty() && log.files.bytes > kShortestLine * kRowsOfADay;
+  logging::LogRows rows;
+  for (int second = 0; second < kRowsOfADay; ++second) rows.append(exampleRow(second), {});
+  std::size_t expected = 0;
+  logging::writeLogFileText(rows, rows[0].row.time,
+                            [&expected](std::string_view piece) { expected += piece.size(); });
+  return log.console.lines().empty() && log.files.bytes == expected;
 }
 
 }  // namespace

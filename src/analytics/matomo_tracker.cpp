@@ -159,7 +159,7 @@ std::string MatomoTracker::requestURL() const {
 
 std::string MatomoTracker::hardwareModel() const {
   const base::Bytes bytes = services_.controls.bytes("hw.model").value_or(base::Bytes());
-  return base::repairedUtf8(std::string(bytes.begin(), std::find(bytes.begin(), bytes.end(), 0)));
+  return base::textBeforeNul(bytes).value_or("");
 }
 
 std::string MatomoTracker::screenResolution() const {

@@ -8,9 +8,7 @@ namespace pallimo::app {
 std::shared_ptr<ContentModel> ContentModel::create(ports::MainQueue& mainQueue,
                                                    GeneralModel& general) {
   std::shared_ptr<ContentModel> model(new ContentModel(mainQueue));
-  if (general.processor() == helper_link::Processor::appleSilicon) {
-    general.xpcmanager()->checkHelperAtStart(model);
-  }
+  general.xpcmanager()->checkHelperAtStart(model);
   return model;
 }
 

@@ -108,10 +108,6 @@ void GeneralModel::openStorePage() { urlOpener_.open(ui::kStoreAddress); }
 
 void GeneralModel::openSocialPage() { urlOpener_.open(ui::kSocialAddress); }
 
-void GeneralModel::applicationWillTerminate() {
-  // Elsewhere no helper was ever contacted, and none is started to be closed.
-  if (processor_ != helper_link::Processor::appleSilicon) return;
-  xpcmanager_->client().closeHelper();
-}
+void GeneralModel::applicationWillTerminate() { xpcmanager_->closeHelper(); }
 
 }  // namespace pallimo::app

@@ -4,6 +4,7 @@
 #include "app/machine_report.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <optional>
 #include <string>
 
@@ -27,10 +28,11 @@ constexpr std::string_view kUnreadable = "can't be read";
 std::optional<std::string> kernelText(const ports::SystemControls& controls,
                                       std::string_view name) {
   const std::optional<base::Bytes> value = controls.bytes(name);
-  if (!value) return std::nullopt;
-  const auto end = std::find(value->begin(), value->end(), 0);
-  if (end == value->end()) return std::nullopt;
-  return base::repairedUtf8(std::string(value->begin(), end));
+  return value ? base::textBeforeNul(*value) : std::nullopt;
+}
+
+std::string countOf(const std::optional<std::int32_t>& count) {
+  return count ? std::to_string(*count) : std::string(kUnreadable);
 }
 
 std::string celsius(const sensors::TemperatureReadings& readings, const std::string& key) {
@@ -59,6 +61,11 @@ bool MachineReport::isAppleSilicon() const {
 bool MachineReport::findsTemperatures() const {
   const std::optional<std::string> model = kernelText(platform_.systemControls, kModel);
   if (!isAppleSilicon() || !model || !kernelText(platform_.systemControls, kChip)) return false;
+  // Without a client the readings would stop the program; on the SMC nobody asks for one.
+  if (sensors::SGM1SensorTemperature::chooseSensorType(*model) ==
+      sensors::SGM1SensorTemperature::kSMC) {
+    return true;
+  }
   return platform_.hidSensors.createClient() != nullptr;
 }
 
@@ -78,10 +85,11 @@ void MachineReport::writeMachine(ReportText& report) const {
   report.section("Machine");
   report.productLine("model", textOf(kModel));
   report.productLine("chip", textOf(kChip));
-  const auto other = sensors::SGSystemInfo(platform_.systemControls).otherProcessorName();
+  const sensors::SGSystemInfo kernel(platform_.systemControls);
+  const auto other = kernel.otherProcessorName();
   report.line("processor", other ? *other : "Apple silicon");
-  report.line("efficiency cores", coresAt("hw.perflevel1.logicalcpu"));
-  report.line("performance cores", coresAt("hw.perflevel0.logicalcpu"));
+  report.line("efficiency cores", countOf(kernel.efficiencyCores()));
+  report.line("performance cores", countOf(kernel.performanceCores()));
   const auto ticks = platform_.processorTicks.read();
   report.line("processors counted",
               ticks ? std::to_string(ticks->size()) : std::string(kUnreadable));
@@ -127,11 +135,6 @@ void MachineReport::writeTemperature(ReportText& report) const {
 
 std::string MachineReport::textOf(std::string_view kernelVariable) const {
   return kernelText(platform_.systemControls, kernelVariable).value_or(std::string(kUnreadable));
-}
-
-std::string MachineReport::coresAt(std::string_view kernelVariable) const {
-  const auto count = sensors::SGSystemInfo(platform_.systemControls).sysctlInt32(kernelVariable);
-  return count ? std::to_string(*count) : std::string(kUnreadable);
 }
 
 }  // namespace pallimo::app

@@ -18,8 +18,8 @@ class MachineReport {
 
   /// Whether the machine can sample at all.
   bool isAppleSilicon() const;
-  /// Whether the temperatures can be asked for: it takes a model and a chip, and of the HID event
-  /// system a client.
+  /// Whether the temperatures can be asked for: it takes a model and a chip, and on a machine whose
+  /// temperatures come from the HID event system a client of it.
   bool hasTemperatures() const { return hasTemperatures_; }
 
   /// The sections "System", "Machine" and "Temperature".
@@ -32,10 +32,9 @@ class MachineReport {
   void writeGpu(ReportText& report) const;
   void writeTemperature(ReportText& report) const;
   std::string textOf(std::string_view kernelVariable) const;
-  std::string coresAt(std::string_view kernelVariable) const;
 
   const Platform& platform_;
-  const bool hasTemperatures_;  ///< asked for once: it makes a client
+  const bool hasTemperatures_;  ///< asked for once: it may make a client
 };
 
 }  // namespace pallimo::app

@@ -3,9 +3,11 @@
 
 #include "app/served_metrics.h"
 
+#include <memory>
 #include <utility>
 
 #include "base/notification_centre.h"
+#include "sensors/sg_system_gpu_info.h"
 #include "sensors/sg_system_info.h"
 #include "serving/listen_address.h"
 #include "serving/measured_figures_teller.h"
@@ -14,11 +16,6 @@ namespace pallimo::app {
 
 namespace {
 
-std::optional<std::int64_t> coresIn(const sensors::SGSystemInfo& kernel, const char* variable) {
-  const auto count = kernel.sysctlInt32(variable);
-  return count ? std::optional<std::int64_t>(*count) : std::nullopt;
-}
-
 /// The title line stands in for numbers that can't be read; here they are left out.
 serving::MachineInfo machineInfo(const Platform& platform, const GeneralModel& general) {
   const modules::ModuleModelMainTitle& title = *general.modelMainTitle();
@@ -26,9 +23,9 @@ serving::MachineInfo machineInfo(const Platform& platform, const GeneralModel& g
   serving::MachineInfo machine;
   machine.model = general.modelTemperature()->sensorTmp().machineModel();
   machine.chip = title.appleSiliconName();
-  if (title.gpuName() != "Unknown") machine.gpu = title.gpuName();
-  machine.efficiencyCores = coresIn(kernel, "hw.perflevel1.logicalcpu");
-  machine.performanceCores = coresIn(kernel, "hw.perflevel0.logicalcpu");
+  if (title.gpuName() != sensors::kUnknownGPU) machine.gpu = title.gpuName();
+  machine.efficiencyCores = kernel.efficiencyCores();
+  machine.performanceCores = kernel.performanceCores();
   if (title.numberOfGPUCore() >= 0) machine.gpuCores = title.numberOfGPUCore();
   return machine;
 }
@@ -49,11 +46,11 @@ std::optional<StartError> ServedMetrics::listen(const Platform& platform,
 void ServedMetrics::follow(const Platform& platform, GeneralModel& general) {
   metrics_->setMachine(machineInfo(platform, general), general.xpcmanager());
   general.sampleRows()->addReceiver(
-      [metrics = metrics_, reader = general.modelPowerMetrics(),
-       utilization = general.modelUtilization(),
-       teller = serving::MeasuredFiguresTeller()](const logging::LogRow& row) mutable {
-        const bool isGPUTold = utilization->figures().isGPUTold;
-        metrics->take({row, teller.tell(*reader, isGPUTold), reader->msSampling()});
+      [metrics = metrics_, engine = std::weak_ptr(general.modelPowerMetrics()),
+       teller = serving::MeasuredFiguresTeller()](const logging::SampleRow& row) mutable {
+        const auto reader = engine.lock();
+        if (!reader) return;
+        metrics->take({row, teller.tell(*reader, row.isGPUTold), reader->msSampling()});
       });
   cleared_ = platform.notifications.observe(base::notification::kClearData,
                                             [metrics = metrics_] { metrics->clear(); });

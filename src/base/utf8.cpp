@@ -3,6 +3,7 @@
 
 #include "base/utf8.h"
 
+#include <algorithm>
 #include <cstddef>
 
 namespace pallimo::base {
@@ -57,6 +58,12 @@ std::string repairedUtf8(std::string_view bytes) {
     bytes.remove_prefix(count);
   }
   return repaired;
+}
+
+std::optional<std::string> textBeforeNul(const Bytes& bytes) {
+  const auto end = std::find(bytes.begin(), bytes.end(), 0);
+  if (end == bytes.end()) return std::nullopt;
+  return repairedUtf8(std::string(bytes.begin(), end));
 }
 
 }  // namespace pallimo::base

@@ -3,8 +3,11 @@
 
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
+
+#include "base/bytes.h"
 
 namespace pallimo::base {
 
@@ -12,5 +15,8 @@ namespace pallimo::base {
 /// that could not go on, as Unicode recommends (its "maximal subparts"). Valid text, NUL included,
 /// is returned as it is.
 std::string repairedUtf8(std::string_view bytes);
+
+/// The text of a kernel variable: the bytes up to the first NUL, repaired; nothing without a NUL.
+std::optional<std::string> textBeforeNul(const Bytes& bytes);
 
 }  // namespace pallimo::base

@@ -20,7 +20,7 @@ class PowerMetricsModelDelegate {
   /// The manager's isAuthorized after a re-evaluation: true starts sampling, false stops it.
   /// Any thread.
   virtual void setAuthorized(bool flag) = 0;
-  /// Ends the request timer at once. Main thread.
+  /// Ends sampling at once. Main thread.
   virtual void stopTimer() = 0;
   /// One result of the helper; absent when the run gave no document. Delivery thread.
   virtual void handleResult(std::optional<base::Bytes> bytes) = 0;

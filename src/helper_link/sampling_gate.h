@@ -14,6 +14,8 @@ class SamplingGate {
   virtual bool isAuthorized() const = 0;
   /// Removal or update of the helper is under way.
   virtual bool isRequestedToUninstall() const = 0;
+  /// Whether a sample may be asked for, and one that comes may be shown.
+  bool isOpen() const { return isAuthorized() && !isRequestedToUninstall(); }
   /// Asks the helper for one sample of `msSampling` milliseconds. One-way; never blocks.
   virtual void requestPowermetrics(bool includeGPU, double msSampling) = 0;
 };

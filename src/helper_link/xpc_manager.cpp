@@ -163,6 +163,11 @@ void XPCManager::installHelper() {
   client_->isResponding();
 }
 
+void XPCManager::closeHelper() {
+  if (isInert()) return;
+  client_->closeHelper();
+}
+
 void XPCManager::uninstallHelper() {
   if (isInert()) return;
   services_.backgroundQueue.async([weak = weak_from_this()] {

@@ -83,6 +83,10 @@ class XPCManager final : public SamplingGate, public std::enable_shared_from_thi
   /// put the steps in order: the installation may begin before the removal has ended. Any thread.
   void updateHelper();
 
+  /// Tells the helper to stop, since the app is about to end. Elsewhere than on Apple silicon no
+  /// helper was ever contacted, and none is started to be closed.
+  void closeHelper();
+
  private:
   explicit XPCManager(const Services& services);
 

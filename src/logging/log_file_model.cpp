@@ -88,7 +88,8 @@ bool LogFileModel::stop() {
   base::MutexLock lock(mutex_);
   if (!isLogEnabled_) return false;
   isLogEnabled_ = false;
-  ended_.push_back({number_, filenameToUseForSaving_.value_or(""), std::exchange(rows_, {})});
+  ended_.push_back({number_, filenameToUseForSaving_.value_or(""), lastTimeStamp_.value_or(Time()),
+                    std::exchange(rows_, {})});
   return true;
 }
 
@@ -130,9 +131,10 @@ void LogFileModel::write(EndedLog log) {
   if (!folder) folder = services_.files.desktopFolder();
   const std::string path = pathOfFile(folder.value_or(""), log.name);
   const std::optional<std::string> error =
-      folder ? services_.files.writeAtomically(
-                   path, [&log](const auto& writer) { writeLogFileText(log.rows, writer); })
-             : "there is no desktop folder for " + path;
+      folder
+          ? services_.files.writeAtomically(
+                path, [&log](const auto& writer) { writeLogFileText(log.rows, log.first, writer); })
+          : "there is no desktop folder for " + path;
   if (error) services_.console.writeLine("error " + *error);
   {
     base::MutexLock lock(mutex_);

@@ -91,6 +91,7 @@ class LogFileModel final : public base::Observable,
   struct EndedLog {
     std::uint64_t number = 0;
     std::string name;
+    Time first;  ///< the first row's; any without rows
     LogRows rows;
   };
 

@@ -17,7 +17,7 @@ constexpr std::uint32_t kOptionAlert = 4;
 constexpr std::uint32_t kPresentSound = 2;
 constexpr std::uint32_t kPresentBanner = 16;
 
-// The shortest that still counts as "later": a notice must not be due when it is added.
+// Above 0, as a trigger's delay must be, and too short to notice.
 constexpr double kDelay = 0.05;
 
 }  // namespace

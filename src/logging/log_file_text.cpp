@@ -10,7 +10,8 @@
 
 namespace pallimo::logging {
 
-void writeLogFileText(const LogRows& rows, const ports::FileStore::Writer& writer) {
+void writeLogFileText(const LogRows& rows, std::chrono::system_clock::time_point first,
+                      const ports::FileStore::Writer& writer) {
   constexpr std::size_t kPiece = 64 * 1024;
   constexpr std::size_t kLongestUsualLine = 512;
   std::string piece;
@@ -19,7 +20,7 @@ void writeLogFileText(const LogRows& rows, const ports::FileStore::Writer& write
   piece += '\n';
   for (std::size_t index = 0; index < rows.size(); ++index) {
     const LogRows::Entry& entry = rows[index];
-    appendCsvLine(piece, formatRow(entry.row, rows[0].row.time, entry.timeOfDay));
+    appendCsvLine(piece, formatRow(entry.row, first, entry.timeOfDay));
     piece += '\n';
     if (piece.size() < kPiece) continue;
     writer(piece);

@@ -36,12 +36,13 @@ void fill(LogRow& row, const modules::ModuleModelTemperature& temperature) {
   row.gpuAvgTmp = figures.GPUAvg;
 }
 
-void fill(LogRow& row, const modules::ModuleModelUtilization& utilization) {
+void fill(SampleRow& row, const modules::ModuleModelUtilization& utilization) {
   const auto figures = utilization.figures();
   row.cpuUtilization = figures.utilization * kPercent;
   row.cpuEUtilization = figures.eutilization * kPercent;
   row.cpuPUtilization = figures.putilization * kPercent;
   row.gpuUtilization = figures.utilizationGPU * kPercent;
+  row.isGPUTold = figures.isGPUTold;
 }
 
 }  // namespace
@@ -52,7 +53,7 @@ SampleRows::SampleRows(const ports::Clock& clock, const Models& models)
 void SampleRows::addReceiver(Receiver receiver) { receivers_.push_back(std::move(receiver)); }
 
 void SampleRows::appendRow() {
-  LogRow row;
+  SampleRow row;
   row.time = clock_.now();
   fill(row, models_.power);
   fill(row, models_.frequency);

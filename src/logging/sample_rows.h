@@ -16,11 +16,16 @@
 
 namespace pallimo::logging {
 
+/// A row with what the sample tells of it beside its figures.
+struct SampleRow : LogRow {
+  bool isGPUTold = false;  ///< whether gpuUtilization is the driver's figure
+};
+
 /// Takes one row at the engine's log step and hands it to whoever wants rows, so that two quick
 /// results are two rows. Delivery thread.
 class SampleRows final : public sampling::RowLog {
  public:
-  using Receiver = std::function<void(const LogRow&)>;
+  using Receiver = std::function<void(const SampleRow&)>;
 
   /// The models whose values a row holds. They outlive the rows.
   struct Models {

@@ -96,10 +96,10 @@ CPUUnitInfo tickAverage(const TickSnapshot& list) {
   return average;
 }
 
-std::map<std::string, CPUUnitInfo, std::less<>> clusterTickAverages(
-    const TickSnapshot& list, const sampling::ClusterCPUs& membership) {
+ClusterTicks clusterTickAverages(const TickSnapshot& list,
+                                 const sampling::ClusterCPUs& membership) {
   const Processors processors(list);
-  std::map<std::string, CPUUnitInfo, std::less<>> averages;
+  ClusterTicks averages;
   for (const auto& [name, cpus] : membership) {
     averages.emplace(name, clusterAverage(processors, cpus));
   }

@@ -25,6 +25,7 @@ struct CPUUnitInfo {
 };
 
 using TickSnapshot = std::vector<CPUUnitInfo>;
+using ClusterTicks = std::map<std::string, CPUUnitInfo, std::less<>>;
 
 // Pure functions but for the first, which reads the kernel's counters. Any thread.
 
@@ -41,8 +42,7 @@ CPUUnitInfo tickAverage(const TickSnapshot& list);
 
 /// For each cluster the sum over its processors divided by how many it lists (at least 1), also
 /// when the list lacks some of them.
-std::map<std::string, CPUUnitInfo, std::less<>> clusterTickAverages(
-    const TickSnapshot& list, const sampling::ClusterCPUs& membership);
+ClusterTicks clusterTickAverages(const TickSnapshot& list, const sampling::ClusterCPUs& membership);
 
 /// 1 - idle / all; not a number without any tick.
 double busyFraction(const CPUUnitInfo& info);

@@ -18,11 +18,6 @@ double megahertzUnder(std::string_view key, const sampling::ClusterFrequencies& 
   return found == frequencies.end() ? 0 : found->second;
 }
 
-double megahertzUnder(std::string_view key, const sampling::GPUFrequency& readings) {
-  const auto found = readings.find(key);
-  return found == readings.end() ? 0 : found->second.numberOr(0);
-}
-
 }  // namespace
 
 std::shared_ptr<ModuleModelFrequency> ModuleModelFrequency::create(
@@ -44,7 +39,8 @@ ModuleModelFrequency::Figures ModuleModelFrequency::readFigures() const {
   Figures figures;
   figures.ECore = megahertzUnder("E-Cluster", clusters) / kMegahertzPerGigahertz;
   figures.PCore = megahertzUnder("P-Cluster", clusters) / kMegahertzPerGigahertz;
-  figures.GPU = megahertzUnder("freq_hz", reader->getGPUFrequency()) / kMegahertzPerGigahertz;
+  figures.GPU =
+      sampling::numberUnder("freq_hz", reader->getGPUFrequency()) / kMegahertzPerGigahertz;
   return figures;
 }
 

@@ -16,13 +16,14 @@ constexpr std::int32_t kCoresOfUnknownLevel = 4;
 
 std::string gpuNameIn(ports::AcceleratorRegistry& accelerators) {
   const auto gpu = sensors::SGSystemGPUInfo(accelerators).readGPUInfo();
-  return gpu ? gpu->name : "Unknown";
+  return gpu ? gpu->name : sensors::kUnknownGPU;
 }
 
 }  // namespace
 
 std::shared_ptr<ModuleModelMainTitle> ModuleModelMainTitle::create(const Services& services) {
   std::shared_ptr<ModuleModelMainTitle> model(new ModuleModelMainTitle(services));
+  // To nobody yet: all that is observed publishes when it is there.
   model->publish();
   return model;
 }
@@ -34,9 +35,8 @@ ModuleModelMainTitle::Values ModuleModelMainTitle::read(const Services& services
   const sensors::SGSystemProfiler profiler(services.launcher, services.propertyLists);
   // Braces: read in this order.
   return {info.cpuBrandString(), gpuNameIn(services.accelerators),
-          info.sysctlInt32("hw.perflevel1.logicalcpu").value_or(kCoresOfUnknownLevel),
-          info.sysctlInt32("hw.perflevel0.logicalcpu").value_or(kCoresOfUnknownLevel),
-          profiler.gpuCoreCount()};
+          info.efficiencyCores().value_or(kCoresOfUnknownLevel),
+          info.performanceCores().value_or(kCoresOfUnknownLevel), profiler.gpuCoreCount()};
 }
 
 }  // namespace pallimo::modules

@@ -33,7 +33,7 @@ class ModuleModelMainTitle final : public base::Observable {
 
   /// The chip, "Apple M2 Pro".
   const std::string& appleSiliconName() const { return values_.appleSiliconName; }
-  /// The GPU's model, or "Unknown".
+  /// The GPU's model, or sensors::kUnknownGPU.
   const std::string& gpuName() const { return values_.gpuName; }
   /// Performance level 1 of the kernel, by fixed pairing; 4 when it does not tell.
   std::int64_t numberOfECore() const { return values_.numberOfECore; }

@@ -11,11 +11,6 @@ namespace {
 
 constexpr double kMilliwattsPerWatt = 1000;
 
-double numberUnder(std::string_view key, const sampling::PowerValues& values) {
-  const auto found = values.find(key);
-  return found == values.end() ? 0 : found->second.numberOr(0);
-}
-
 }  // namespace
 
 std::shared_ptr<ModuleModelPower> ModuleModelPower::create(
@@ -38,6 +33,7 @@ ModuleModelPower::Figures ModuleModelPower::readFigures() const {
   // Millijoules over the period divided by its milliseconds are watts; the package's figure is
   // milliwatts already.
   const double interval = reader->msSampling();
+  using sampling::numberUnder;
   Figures figures;
   figures.CPUEnergy = numberUnder("cpu_energy", values) / interval;
   figures.PKGEnergy = numberUnder("combined_power", values) / kMilliwattsPerWatt;

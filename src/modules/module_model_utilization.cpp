@@ -3,16 +3,12 @@
 
 #include "modules/module_model_utilization.h"
 
-#include <map>
-#include <string>
 #include <string_view>
 #include <utility>
 
 namespace pallimo::modules {
 
 namespace {
-
-using ClusterTicks = std::map<std::string, CPUUnitInfo, std::less<>>;
 
 double busyFractionOf(std::string_view cluster, const ClusterTicks& averages) {
   const auto found = averages.find(cluster);

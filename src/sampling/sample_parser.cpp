@@ -69,6 +69,12 @@ const std::string* nameOf(const PropertyList& cluster) {
   return name != nullptr ? name->text() : nullptr;
 }
 
+std::optional<double> hertzOf(const PropertyList& cluster) {
+  const PropertyList* frequency = cluster.find("freq_hz");
+  if (frequency == nullptr || !frequency->isNumber()) return std::nullopt;
+  return frequency->numberOr(0);
+}
+
 std::vector<std::int64_t> cpuNumbers(const PropertyList& cluster) {
   std::vector<std::int64_t> numbers;
   for (const PropertyList& entry : arrayOrEmpty(cluster.find("cpus"))) {
@@ -122,9 +128,8 @@ ClusterFrequencies clusterFrequencies(const base::PropertyList& sample) {
   ClusterTable<double> table;
   for (const PropertyList& cluster : clustersOf(sample)) {
     const std::string* name = nameOf(cluster);
-    const PropertyList* frequency = cluster.find("freq_hz");
-    if (name == nullptr || frequency == nullptr || !frequency->isNumber()) continue;
-    table[*name] = frequency->numberOr(0);
+    const std::optional<double> hertz = hertzOf(cluster);
+    if (name != nullptr && hertz) table[*name] = *hertz;
   }
   return {
       {clusterName(kEfficiency, ""), highestFrequency(table, kEfficiency) / kHertzPerMegahertz},
@@ -154,10 +159,7 @@ std::vector<Cluster> allClusters(const base::PropertyList& sample) {
     if (entry.dictionary() == nullptr) continue;
     Cluster& cluster = all.emplace_back();
     if (const std::string* name = nameOf(entry)) cluster.name = *name;
-    const PropertyList* frequency = entry.find("freq_hz");
-    if (frequency != nullptr && frequency->isNumber()) {
-      cluster.frequency = frequency->numberOr(0) / kHertzPerMegahertz;
-    }
+    if (const auto hertz = hertzOf(entry)) cluster.frequency = *hertz / kHertzPerMegahertz;
     cluster.cpus = cpuNumbers(entry);
   }
   return all;

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <map>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "base/property_list.h"
@@ -16,6 +17,12 @@ using PowerValues = std::map<std::string, base::PropertyList, std::less<>>;
 using ClusterFrequencies = std::map<std::string, double, std::less<>>;
 using GPUFrequency = std::map<std::string, base::PropertyList, std::less<>>;
 using ClusterCPUs = std::map<std::string, std::vector<std::int64_t>, std::less<>>;
+
+/// The number under a key of PowerValues or of GPUFrequency, which are one type; 0 without one.
+inline double numberUnder(std::string_view key, const PowerValues& values) {
+  const auto found = values.find(key);
+  return found == values.end() ? 0 : found->second.numberOr(0);
+}
 
 /// The current sample, as the modules read it. Any thread; each read works on the sample that was
 /// current when it began.

@@ -47,14 +47,10 @@ SGPowerMetrics::SGPowerMetrics(const Services& services)
 SGPowerMetrics::~SGPowerMetrics() = default;
 
 void SGPowerMetrics::setGate(std::weak_ptr<helper_link::SamplingGate> gate) {
-  base::MutexLock lock(mutex_);
   gate_ = std::move(gate);
 }
 
-void SGPowerMetrics::setFanout(Fanout fanout) {
-  base::MutexLock lock(mutex_);
-  fanout_ = std::move(fanout);
-}
+void SGPowerMetrics::setFanout(Fanout fanout) { fanout_ = std::move(fanout); }
 
 SGPowerMetrics::Settings SGPowerMetrics::storedSettings() const {
   return {services_.defaults.boolForKey("gpuFrequency"),
@@ -84,10 +80,7 @@ void SGPowerMetrics::setAuthorized(bool flag) {
   if (!flag) {
     // Queued without a look at the timer: a start may be waiting in the queue.
     services_.mainQueue.async([weak = weak_from_this()] {
-      const auto self = weak.lock();
-      if (!self) return;
-      self->isAuthorized_ = false;
-      self->stopTimer();
+      if (const auto self = weak.lock()) self->stopTimer();
     });
     return;
   }
@@ -110,18 +103,14 @@ void SGPowerMetrics::startTimer() {
 }
 
 void SGPowerMetrics::stopTimer() {
+  isAuthorized_ = false;
   timer_.reset();
   hasTimer_ = false;
 }
 
 std::shared_ptr<helper_link::SamplingGate> SGPowerMetrics::openGate() const {
-  std::shared_ptr<helper_link::SamplingGate> gate;
-  {
-    base::MutexLock lock(mutex_);
-    gate = gate_.lock();
-  }
-  if (!gate || !gate->isAuthorized() || gate->isRequestedToUninstall()) return nullptr;
-  return gate;
+  auto gate = gate_.lock();
+  return gate && gate->isOpen() ? gate : nullptr;
 }
 
 void SGPowerMetrics::requestSample() {
@@ -139,16 +128,11 @@ void SGPowerMetrics::handleResult(std::optional<base::Bytes> bytes) {
 }
 
 void SGPowerMetrics::distribute() {
-  Fanout fanout;
-  {
-    base::MutexLock lock(mutex_);
-    fanout = fanout_;
-  }
-  ingest(fanout.power);
-  ingest(fanout.utilization);
-  ingest(fanout.frequency);
-  ingest(fanout.temperature);
-  if (const auto log = fanout.log.lock()) log->appendRow();
+  ingest(fanout_.power);
+  ingest(fanout_.utilization);
+  ingest(fanout_.frequency);
+  ingest(fanout_.temperature);
+  if (const auto log = fanout_.log.lock()) log->appendRow();
   postOnMainQueue(base::notification::kUpdateView);
 }
 

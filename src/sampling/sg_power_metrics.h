@@ -68,7 +68,7 @@ class SGPowerMetrics final : public helper_link::PowerMetricsModelDelegate,
   bool includeGPU() const { return includeGPU_; }
   /// Setting "samplingResolution", milliseconds: 500 when it is absent or 0, never below 100.
   double msSampling() const override { return msSampling_; }
-  /// Whether the last start or stop that ran was a start.
+  /// Whether it samples: the last start, stop or stopTimer() that ran was a start.
   bool isAuthorized() const { return isAuthorized_; }
 
   /// Queues the start or the stop on the main queue. A start is not even queued while the timer
@@ -108,10 +108,12 @@ class SGPowerMetrics final : public helper_link::PowerMetricsModelDelegate,
 
   const Services services_;
 
+  // Set before sampling starts, read by both threads.
+  std::weak_ptr<helper_link::SamplingGate> gate_;
+  Fanout fanout_;
+
   mutable base::Mutex mutex_;
   std::shared_ptr<const base::PropertyList> data_ PALLIMO_GUARDED_BY(mutex_);
-  std::weak_ptr<helper_link::SamplingGate> gate_ PALLIMO_GUARDED_BY(mutex_);
-  Fanout fanout_ PALLIMO_GUARDED_BY(mutex_);
 
   std::atomic<bool> includeGPU_ = false;
   std::atomic<double> msSampling_ = 500;

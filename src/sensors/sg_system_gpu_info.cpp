@@ -48,7 +48,7 @@ std::vector<base::PropertyList> applesAccelerators(ports::AcceleratorRegistry& r
 
 std::string nameIn(const base::PropertyList& accelerator) {
   const base::PropertyList* model = accelerator.find("model");
-  return model != nullptr && model->text() != nullptr ? *model->text() : "Unknown";
+  return model != nullptr && model->text() != nullptr ? *model->text() : kUnknownGPU;
 }
 
 GPUInfoRecord recordOf(const base::PropertyList& accelerator,

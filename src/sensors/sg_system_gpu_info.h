@@ -10,11 +10,14 @@
 
 namespace pallimo::sensors {
 
+/// The name of a GPU that does not tell its own.
+inline constexpr const char* kUnknownGPU = "Unknown";
+
 /// The GPU, as its driver publishes it.
 struct GPUInfoRecord {
-  std::string name;        ///< the model, or "Unknown"
+  std::string name;        ///< the model, or kUnknownGPU
   double utilisation = 0;  ///< fraction 0 to 1; 0 when the driver does not tell
-  bool isUtilisationTold = true;
+  bool isUtilisationTold;  ///< served figures leave out what is not told
   bool operator==(const GPUInfoRecord&) const = default;
 };
 

@@ -3,7 +3,6 @@
 
 #include "sensors/sg_system_info.h"
 
-#include <algorithm>
 #include <cstring>
 
 #include "base/fatal.h"
@@ -22,11 +21,9 @@ constexpr std::int32_t kFamilyX86 = 7;
 std::string SGSystemInfo::sysctlString(std::string_view name) const {
   const std::optional<base::Bytes> value = controls_.bytes(name);
   if (!value) base::fatal("The kernel variable " + std::string(name) + " can't be read.");
-  const auto end = std::find(value->begin(), value->end(), 0);
-  if (end == value->end()) {
-    base::fatal("The kernel variable " + std::string(name) + " is empty or does not end.");
-  }
-  return base::repairedUtf8(std::string(value->begin(), end));
+  auto text = base::textBeforeNul(*value);
+  if (!text) base::fatal("The kernel variable " + std::string(name) + " is empty or does not end.");
+  return *std::move(text);
 }
 
 std::string SGSystemInfo::hardwareModel() const { return sysctlString("hw.model"); }
@@ -41,6 +38,14 @@ std::optional<std::int32_t> SGSystemInfo::sysctlInt32(std::string_view name) con
   if (!value || value->size() != sizeof number) return std::nullopt;
   std::memcpy(&number, value->data(), sizeof number);
   return number;
+}
+
+std::optional<std::int32_t> SGSystemInfo::efficiencyCores() const {
+  return sysctlInt32("hw.perflevel1.logicalcpu");
+}
+
+std::optional<std::int32_t> SGSystemInfo::performanceCores() const {
+  return sysctlInt32("hw.perflevel0.logicalcpu");
 }
 
 std::optional<std::string_view> SGSystemInfo::otherProcessorName() const {

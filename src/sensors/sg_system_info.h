@@ -28,6 +28,10 @@ class SGSystemInfo {
   /// The variable's 4 bytes as a number with a sign, in the host's order. Nothing when it can't be
   /// read or has another size: one of 64 bits does not fit.
   std::optional<std::int32_t> sysctlInt32(std::string_view name) const;
+  /// How many cores the kernel's performance level 1, then 0 has, by fixed pairing; nothing when it
+  /// does not tell.
+  std::optional<std::int32_t> efficiencyCores() const;
+  std::optional<std::int32_t> performanceCores() const;
 
   /// Nothing on an ARM processor; otherwise the name of what was found: "x86", "unknown", or
   /// "error in CPU type". Told from "hw.cputype", whose low byte is the processor family (12 is

@@ -21,23 +21,21 @@ constexpr std::array<std::string_view, 5> kModelsOnHID = {"MacBookPro17,1", "Mac
 SGM1SensorTemperature::SGM1SensorTemperature(const Services& services)
     : hid_(services.hid),
       machineModel_(SGSystemInfo(services.controls).hardwareModel()),
-      sensorType_(chooseSensorType()) {
+      sensorType_(chooseSensorType(machineModel_)) {
   if (sensorType_ == kSMC) smcTmp_.emplace(services.smc, services.controls);
 }
 
 TemperatureReadings SGM1SensorTemperature::readCPUTemperatures() {
-  if (sensorType_ != kSMC) return hid_.readHIDCPUTemperatures();
-  return smcTmp_ ? smcTmp_->readCPUTemperatures() : TemperatureReadings();
+  return smcTmp_ ? smcTmp_->readCPUTemperatures() : hid_.readHIDCPUTemperatures();
 }
 
 TemperatureReadings SGM1SensorTemperature::readGPUTemperatures() {
-  if (sensorType_ != kSMC) return hid_.readHIDGPUTemperatures();
-  return smcTmp_ ? smcTmp_->readGPUTemperatures() : TemperatureReadings();
+  return smcTmp_ ? smcTmp_->readGPUTemperatures() : hid_.readHIDGPUTemperatures();
 }
 
-std::string SGM1SensorTemperature::chooseSensorType() const {
+const char* SGM1SensorTemperature::chooseSensorType(std::string_view machineModel) {
   const bool isOnHID =
-      std::find(kModelsOnHID.begin(), kModelsOnHID.end(), machineModel_) != kModelsOnHID.end();
+      std::find(kModelsOnHID.begin(), kModelsOnHID.end(), machineModel) != kModelsOnHID.end();
   return isOnHID ? kPMU : kSMC;
 }
 

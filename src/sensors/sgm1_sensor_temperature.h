@@ -5,6 +5,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "ports/hid_sensors.h"
 #include "ports/smc_device.h"
@@ -30,6 +31,9 @@ class SGM1SensorTemperature {
   static constexpr const char* kSMC = "SMC";
   static constexpr const char* kPMU = "PMU";
 
+  /// kPMU for the first machines with an M1, kSMC for all others.
+  static const char* chooseSensorType(std::string_view machineModel);
+
   /// Reads the machine's model, chooses, and on the SMC finds the keys.
   explicit SGM1SensorTemperature(const Services& services);
 
@@ -45,8 +49,6 @@ class SGM1SensorTemperature {
   TemperatureReadings readGPUTemperatures();
 
  private:
-  std::string chooseSensorType() const;
-
   std::optional<SGM1SMCSensorTemperature> smcTmp_;
   const SGM1IOHIDSensors hid_;
   const std::string machineModel_;

@@ -16,10 +16,6 @@ double secondsSince1970(std::chrono::system_clock::time_point time) {
   return static_cast<double>(whole.count()) / 1000;
 }
 
-bool isServing(const helper_link::SamplingGate* gate) {
-  return gate != nullptr && gate->isAuthorized() && !gate->isRequestedToUninstall();
-}
-
 }  // namespace
 
 CurrentMetrics::CurrentMetrics(std::string version) {
@@ -66,7 +62,7 @@ ports::MetricFamilies CurrentMetrics::families() const {
     state = state_;
     gate = gate_.lock();
   }
-  return metricFamilies(*state, isServing(gate.get()));
+  return metricFamilies(*state, gate && gate->isOpen());
 }
 
 }  // namespace pallimo::serving

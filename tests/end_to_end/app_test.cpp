@@ -338,6 +338,8 @@ TEST_F(AppWindow, StaysUntilItIsToldToEnd) {
   EXPECT_EQ(app->readLine(), "connectionInvalidationHandler");  // nothing is installed yet
   app->send(SIGTERM);
   EXPECT_EQ(app->exitStatus(), 0);
+  // The models live as long as the process.
+  EXPECT_EQ(app->readAll().find("DEINIT XPCManager"), std::string::npos);
 }
 
 using AppAnswers = AppTest;

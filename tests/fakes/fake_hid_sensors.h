@@ -15,6 +15,7 @@
 #include <utility>
 #include <vector>
 
+#include "base/four_char_code.h"
 #include "base/mutex.h"
 #include "fakes/journal.h"
 #include "ports/hid_sensors.h"
@@ -45,9 +46,7 @@ class FakeHidSensors final : public ports::HidSensors {
   }
   /// A sensor by its name of four characters.
   void add(std::string_view name, std::optional<double> value) {
-    std::int64_t location = 0;
-    for (const char character : name) location = location * 256 + character;
-    add({.locationID = location, .value = value});
+    add({.locationID = base::encodeFourCharCode(name), .value = value});
   }
   void clear() {
     base::MutexLock lock(mutex_);

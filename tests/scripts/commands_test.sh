@@ -85,6 +85,11 @@ run_it --version
 expect "an answer needs no display" "pallimo --version" "$out"
 
 set_up
+run_it --diagnose
+expect "nor does a report" "pallimo --diagnose" "$out"
+expect "and nothing is said of displays" "" "$err"
+
+set_up
 out=$(env DISPLAY=:7 SANDBOX="$sandbox" PATH="$sandbox/bin:$PATH" "$root/run" --speed 2)
 expect "with a display the options pass unchanged" "pallimo --speed 2" "$out"
 

@@ -13,6 +13,7 @@
 #include "adapters/simulated/load_curve.h"
 #include "adapters/simulated/load_model.h"
 #include "adapters/simulated/smc_value.h"
+#include "base/four_char_code.h"
 
 namespace pallimo::adapters::simulated {
 
@@ -30,13 +31,6 @@ constexpr double kAsleepReading = 3.5;  // degrees Celsius
 constexpr std::string_view kOtherHidSensors[] = {"Tp9i", "Tb0i", "Ts0i", "Tn0i"};
 constexpr std::string_view kHidSensorWithoutEvent = "Tn0i";
 constexpr double kBoardTemperature = 30;
-
-/// A four-character name as the number that stands for it.
-std::int64_t codeOf(std::string_view name) {
-  std::int64_t code = 0;
-  for (const char c : name) code = code * 256 + static_cast<unsigned char>(c);
-  return code;
-}
 
 /// One sensor after the other, each a little apart from the truth in its own way.
 class Thermometers {
@@ -83,7 +77,8 @@ std::vector<HidReading> hidReadings(const MachineDescription& machine, const Mac
                                     Thermometers thermometers) {
   std::vector<HidReading> readings;
   const auto addSensor = [&](std::string_view name, double temperature) {
-    readings.push_back({.locationID = codeOf(name), .value = thermometers.read(temperature)});
+    readings.push_back(
+        {.locationID = base::encodeFourCharCode(name), .value = thermometers.read(temperature)});
   };
   for (std::size_t i = 0; i < machine.clusters.size(); ++i) {
     for (const auto& name : machine.clusters[i].sensors.hid) addSensor(name, heat.clusters[i]);

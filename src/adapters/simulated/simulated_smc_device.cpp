@@ -4,9 +4,10 @@
 #include "adapters/simulated/simulated_smc_device.h"
 
 #include <algorithm>
-#include <array>
+#include <string_view>
 #include <utility>
 
+#include "adapters/simulated/smc_value.h"
 #include "base/four_char_code.h"
 
 namespace pallimo::adapters::simulated {
@@ -16,9 +17,8 @@ namespace {
 using ports::SMCCommand;
 using ports::SMCRequestRecord;
 
-constexpr std::uint32_t kKeyCountKey = 0x234B4559;   // "#KEY"
-constexpr std::uint32_t kKeyCountType = 0x75693332;  // "ui32"
-constexpr std::uint32_t kKeyCountSize = 4;
+constexpr std::string_view kKeyCountKey = "#KEY";
+constexpr std::string_view kKeyCountType = "ui32";
 
 std::unordered_map<std::uint32_t, std::size_t> placesOf(const std::vector<SmcKey>& keys) {
   std::unordered_map<std::uint32_t, std::size_t> places;
@@ -29,14 +29,7 @@ std::unordered_map<std::uint32_t, std::size_t> placesOf(const std::vector<SmcKey
   return places;
 }
 
-SmcBytes countBytes(const std::optional<std::uint32_t>& count) {
-  if (!count) return std::nullopt;
-  std::array<std::uint8_t, 32> bytes{};
-  for (std::size_t i = 0; i < 4; ++i) {
-    bytes[i] = static_cast<std::uint8_t>(*count >> (8 * (3 - i)));
-  }
-  return bytes;
-}
+bool isKeyCount(std::uint32_t key) { return key == base::encodeFourCharCode(kKeyCountKey); }
 
 }  // namespace
 
@@ -93,9 +86,9 @@ SimulatedSmcDevice::Answer SimulatedSmcDevice::readKeyInfo(std::uint32_t key) co
     record.keyInfoDataType = base::encodeFourCharCode(listed->type);
     return record;
   }
-  if (key != kKeyCountKey) return std::nullopt;
-  record.keyInfoDataSize = kKeyCountSize;
-  record.keyInfoDataType = kKeyCountType;
+  if (!isKeyCount(key)) return std::nullopt;
+  record.keyInfoDataSize = smcSize(kKeyCountType);
+  record.keyInfoDataType = base::encodeFourCharCode(kKeyCountType);
   return record;
 }
 
@@ -108,7 +101,9 @@ SimulatedSmcDevice::Answer SimulatedSmcDevice::readBytes(std::uint32_t key) cons
 }
 
 SmcBytes SimulatedSmcDevice::valueOf(std::uint32_t key) const {
-  if (key == kKeyCountKey) return countBytes(smc_.keyCount);
+  if (isKeyCount(key)) {
+    return smc_.keyCount ? smcValue(kKeyCountType, *smc_.keyCount) : std::nullopt;
+  }
   const SmcKey* listed = find(key);
   if (listed == nullptr) return std::nullopt;
   const auto step = now_.get();

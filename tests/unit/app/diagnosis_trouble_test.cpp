@@ -116,6 +116,14 @@ TEST_F(DiagnosisOfTrouble, ASystemWithoutAHidClient) {
   EXPECT_EQ(section("Temperature"), "source                  can't be read\n");
 }
 
+TEST_F(DiagnosisOfTrouble, ASystemWithoutAHidClientIsNoneOfTheSmcs) {
+  fakes_.hidSensors.setMakesClients(false);
+  diagnose();
+  EXPECT_EQ(section("Temperature").substr(0, 28), "source                  SMC\n");
+  EXPECT_EQ(fakes_.hidSensors.takeCalls(), std::vector<std::string>{});
+  EXPECT_FALSE(says("not read"));
+}
+
 TEST_F(DiagnosisOfTrouble, AnAcceleratorThatNeverAnswers) {
   fakes_.accelerators.add(fakes::FakeAcceleratorRegistry::appleGPU("Apple M2 Pro", 20), 1'000'000);
   diagnose();

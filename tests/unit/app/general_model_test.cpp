@@ -152,6 +152,17 @@ TEST_F(GeneralModelTest, TerminatingClosesTheHelper) {
   EXPECT_EQ(platform_.helperConnector.journal().take().back(), "-> closeHelper");
 }
 
+TEST_F(GeneralModelTest, TerminatingDoesNotStopTheEngineByItself) {
+  GeneralModel general(platform_.platform());
+  platform_.notifications.post(base::notification::kXPCDidInstall);
+  platform_.mainQueue.run();
+  general.applicationWillTerminate();
+  platform_.mainQueue.run();
+  EXPECT_EQ(platform_.mainQueue.liveTimers(), 1u);
+  EXPECT_TRUE(general.modelPowerMetrics()->isAuthorized());
+  EXPECT_TRUE(general.xpcmanager()->isAuthorized());
+}
+
 TEST_F(GeneralModelTest, OnAnotherProcessorTerminatingContactsNoHelper) {
   platform_.setCpuType(7);
   GeneralModel general(platform_.platform());
@@ -171,8 +182,10 @@ TEST_F(GeneralModelTest, NoModelKeepsAnotherAlive) {
   const std::weak_ptr<sampling::SGPowerMetrics> engine = general->modelPowerMetrics();
   const std::weak_ptr<helper_link::XPCManager> manager = general->xpcmanager();
   const std::weak_ptr<modules::ModuleModelPower> power = general->modelPower();
+  const std::weak_ptr<modules::ModuleModelFrequency> frequency = general->modelFrequency();
   const std::weak_ptr<modules::ModuleModelUtilization> utilization = general->modelUtilization();
   const std::weak_ptr<modules::ModuleModelTemperature> temperature = general->modelTemperature();
+  const std::weak_ptr<modules::ModuleModelMainTitle> mainTitle = general->modelMainTitle();
   const std::weak_ptr<modules::ModuleModelMoreButton> moreButton = general->modelMoreButton();
   const std::weak_ptr<logging::LogFileModel> log = general->logfileModel();
   const std::weak_ptr<updates::SparkleUpdater> sparkle = general->sparkle();
@@ -181,8 +194,10 @@ TEST_F(GeneralModelTest, NoModelKeepsAnotherAlive) {
   EXPECT_TRUE(engine.expired());
   EXPECT_TRUE(manager.expired());
   EXPECT_TRUE(power.expired());
+  EXPECT_TRUE(frequency.expired());
   EXPECT_TRUE(utilization.expired());
   EXPECT_TRUE(temperature.expired());
+  EXPECT_TRUE(mainTitle.expired());
   EXPECT_TRUE(moreButton.expired());
   EXPECT_TRUE(log.expired());
   EXPECT_TRUE(sparkle.expired());

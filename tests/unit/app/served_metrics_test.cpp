@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <utility>
@@ -29,8 +30,14 @@ class ServedMetricsTest : public testing::Test {
   ~ServedMetricsTest() override { platform_.mainQueue.run(); }
 
   void start() {
+    makeModel();
+    follow();
+  }
+  void makeModel() {
     ASSERT_EQ(served_.listen(platform_.platform(), {"127.0.0.1", 9123}), std::nullopt);
     general_.emplace(platform_.platform());
+  }
+  void follow() {
     served_.follow(platform_.platform(), *general_);
     platform_.notifications.post(base::notification::kXPCDidInstall);
     platform_.mainQueue.run();
@@ -104,6 +111,27 @@ TEST_F(ServedMetricsTest, AGpuThatTellsIsServed) {
   start();
   helperSends(SampleDocument());
   EXPECT_TRUE(tells("pallimo_utilization_ratio{domain=\"gpu\"} 0.25\n"));
+}
+
+/// Another thread may clear the models at any moment.
+TEST_F(ServedMetricsTest, AFigureAndWhetherItIsToldAreOfOneLook) {
+  platform_.accelerators.add(fakes::FakeAcceleratorRegistry::appleGPU("Apple M2 Pro", 25));
+  makeModel();
+  general_->sampleRows()->addReceiver(
+      [this](const logging::LogRow&) { general_->modelUtilization()->clearData(); });
+  follow();
+  helperSends(SampleDocument());
+  EXPECT_TRUE(tells("pallimo_utilization_ratio{domain=\"gpu\"} 0.25\n"));
+}
+
+TEST_F(ServedMetricsTest, ItKeepsNoModelAlive) {
+  start();
+  const auto rows = general_->sampleRows();  // with what receives them
+  const std::weak_ptr<sampling::SGPowerMetrics> engine = general_->modelPowerMetrics();
+  const std::weak_ptr<modules::ModuleModelUtilization> module = general_->modelUtilization();
+  general_.reset();
+  EXPECT_TRUE(engine.expired());
+  EXPECT_TRUE(module.expired());
 }
 
 TEST_F(ServedMetricsTest, ADocumentThatCannotBeReadIsASampleWithoutItsFigures) {

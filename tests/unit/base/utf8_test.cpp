@@ -93,5 +93,17 @@ TEST(RepairedUtf8, ReplacesEachMaximalSubpart) {
             "????A");
 }
 
+TEST(TextBeforeNul, EndsAtTheFirstNul) {
+  EXPECT_EQ(textBeforeNul({'M', 'a', 'c', 0, 'x', 0}), "Mac");
+  EXPECT_EQ(textBeforeNul({0}), "");
+}
+
+TEST(TextBeforeNul, IsNothingWithoutANul) {
+  EXPECT_EQ(textBeforeNul({'M', 'a', 'c'}), std::nullopt);
+  EXPECT_EQ(textBeforeNul({}), std::nullopt);
+}
+
+TEST(TextBeforeNul, IsRepaired) { EXPECT_EQ(textBeforeNul({'M', 0xFF, 0}), "M\xEF\xBF\xBD"); }
+
 }  // namespace
 }  // namespace pallimo::base

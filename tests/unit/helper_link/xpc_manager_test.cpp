@@ -233,6 +233,7 @@ TEST_F(XPCManagerOnOtherProcessor, NeverContactsTheHelper) {
   manager->installHelper();
   manager->uninstallHelper();
   manager->updateHelper();
+  manager->closeHelper();
   backgroundQueue.run();
   mainQueue.advance(std::chrono::seconds(10));
   EXPECT_EQ(connector.count(), 0u);

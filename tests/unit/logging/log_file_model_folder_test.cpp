@@ -50,6 +50,12 @@ TEST(LogFileModelFolder, StaysAbsentWithoutTheSetting) {
   EXPECT_EQ(publications.take(), 0);
 }
 
+TEST(LogFileModelFolder, AValueThatIsNoTextIsReadAsOne) {
+  Fixture f;
+  f.defaults.setInteger(Fixture::kFolder, 5);
+  EXPECT_EQ(f.model->folderUseForSaving(), "/5");
+}
+
 TEST(LogFileModelFolder, FollowsTheSettingAndPublishes) {
   Fixture f;
   Publications publications(*f.model);

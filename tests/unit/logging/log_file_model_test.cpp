@@ -98,6 +98,7 @@ TEST(LogFileModel, AnObserverMaySwitchBack) {
   EXPECT_FALSE(f.model->isLogEnabled());
   f.settle();
   EXPECT_EQ(f.paths(), Texts{Fixture::kFile});
+  EXPECT_EQ(f.notifications.texts(), (Texts{kStarted, ended(Fixture::kFile)}));
 }
 
 TEST(LogFileModel, TheFileIsNamedWhenLoggingStarts) {

@@ -94,10 +94,15 @@ class Delivery {
       : model_(model), phase_(phase), thread_([this] { run(); }) {}
   ~Delivery() { end(); }
 
-  /// Until `count` more rows have been appended.
+  /// Until `count` more rows have been appended. A model that blocks ends the program: its thread
+  /// could not be joined.
   void wait(int count) const {
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::minutes(1);
     const int from = delivered_;
-    while (delivered_ < from + count) std::this_thread::yield();
+    while (delivered_ < from + count) {
+      if (std::chrono::steady_clock::now() > deadline) GTEST_LOG_(FATAL) << "appendRow() blocks";
+      std::this_thread::yield();
+    }
   }
   void end() {
     isOver_ = true;
@@ -269,9 +274,10 @@ TEST(LogFileModelThreads, AReaderThatWasOvertakenDoesNotBringTheOldFolderBack) {
 
 TEST(LogFileModelThreads, ItsStateMayBeReadWhileItChanges) {
   ThreadsFixture f;
+  std::atomic<bool> hasLooked = false;
   std::atomic<bool> isOver = false;
   std::thread reader([&] {
-    while (!isOver) {
+    for (; !isOver; hasLooked = true) {
       const auto name = f.model->filenameToUseForSaving();
       EXPECT_TRUE(!name || name->starts_with("PwrData "));
       f.model->lastTimeStamp();
@@ -279,6 +285,7 @@ TEST(LogFileModelThreads, ItsStateMayBeReadWhileItChanges) {
       f.model->isLogEnabled();
     }
   });
+  while (!hasLooked) std::this_thread::yield();
   for (int log = 0; log < 100; ++log) {
     f.model->setLogEnabled(true);
     f.model->appendRow(numbered(log));

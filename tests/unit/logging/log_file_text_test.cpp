@@ -45,7 +45,8 @@ LogRows rowsOf(int seconds) {
 
 std::vector<std::string> piecesOf(const LogRows& rows) {
   std::vector<std::string> pieces;
-  writeLogFileText(rows, [&pieces](std::string_view piece) { pieces.emplace_back(piece); });
+  const auto first = rows.size() == 0 ? kStart : rows[0].row.time;
+  writeLogFileText(rows, first, [&pieces](std::string_view piece) { pieces.emplace_back(piece); });
   return pieces;
 }
 

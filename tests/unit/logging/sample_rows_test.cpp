@@ -187,6 +187,19 @@ TEST(SampleRows, EveryReceiverGetsTheSameRowInTheOrderOfAdding) {
   EXPECT_EQ(figures, (Values{0, 0}));
 }
 
+TEST(SampleRows, SayWhetherTheDriverToldItsFigure) {
+  RowsFixture f;
+  std::vector<bool> told;
+  f.rows.addReceiver([&](const SampleRow& row) { told.push_back(row.isGPUTold); });
+  f.rows.appendRow();  // before the first sample
+  f.ingest();
+  f.rows.appendRow();
+  f.machine.accelerators.clear();
+  f.ingest();
+  f.rows.appendRow();
+  EXPECT_EQ(told, (std::vector<bool>{false, true, false}));
+}
+
 TEST(SampleRows, AClearedModelGivesZeroes) {
   RowsFixture f;
   f.ingest();

@@ -115,13 +115,15 @@ TEST(ModelState, ClearingKeepsWhatItIsToldAndNothingElse) {
 TEST(ModelState, NoReaderSeesHalfOfAChange) {
   constexpr int kRounds = 2000;
   TestedState tested;
+  std::atomic<bool> hasLooked = false;
   std::atomic<bool> isDone = false;
   std::thread writer([&] {
+    while (!hasLooked) std::this_thread::yield();
     for (int i = 1; i <= kRounds; ++i) commit(tested, i);
     isDone = true;
   });
   bool isWhole = true;
-  while (!isDone) {
+  for (; !isDone; hasLooked = true) {
     const Figures figures = tested.figures();
     const auto snapshot = tested.snapshot();
     isWhole = isWhole && figures.first == figures.second && snapshot->first == snapshot->second &&

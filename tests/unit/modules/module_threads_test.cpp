@@ -35,21 +35,23 @@ class AlternatingTicks final : public ports::ProcessorTicks {
   bool isWide_ = false;
 };
 
-/// One thread ingests, one clears, this one looks, until both are done; says whether every look was
-/// whole.
+/// One thread ingests, one clears, this one looks, from before both begin until both are done; says
+/// whether every look was whole.
 template <typename Model, typename IsWhole>
 bool staysWhole(Model& model, IsWhole isWhole) {
+  std::atomic<bool> hasLooked = false;
   std::atomic<int> running = 2;
-  std::thread delivery([&] {
-    for (int i = 0; i < kRounds; ++i) model.ingestSample();
-    --running;
-  });
-  std::thread clearing([&] {
-    for (int i = 0; i < kRounds; ++i) model.clearData();
-    --running;
-  });
+  const auto repeat = [&](auto change) {
+    return std::thread([&, change] {
+      while (!hasLooked) std::this_thread::yield();
+      for (int i = 0; i < kRounds; ++i) change();
+      --running;
+    });
+  };
+  std::thread delivery = repeat([&] { model.ingestSample(); });
+  std::thread clearing = repeat([&] { model.clearData(); });
   bool isGood = true;
-  while (running > 0) isGood = isWhole(*model.snapshot()) && isGood;
+  for (; running > 0; hasLooked = true) isGood = isWhole(*model.snapshot()) && isGood;
   delivery.join();
   clearing.join();
   return isGood && isWhole(*model.snapshot());

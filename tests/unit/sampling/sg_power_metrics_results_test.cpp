@@ -200,15 +200,20 @@ TEST(SGPowerMetricsResults, TheGateDecidesNotTheTimer) {
             kAllSteps.size() + 1);
 }
 
-TEST(SGPowerMetricsResults, ModulesThatAreGoneAreSkipped) {
-  EngineFixture f;
-  f.create();
-  f.power.reset();
-  f.frequency.reset();
-  f.log.reset();
-  f.engine->handleResult(f.documentWithCPUEnergy(1));
-  f.mainQueue.run();
-  EXPECT_EQ(f.steps, (Names{"utilization", "temperature", "UpdateView"}));
+TEST(SGPowerMetricsResults, EachThatIsGoneIsSkipped) {
+  const auto all = {&EngineFixture::power, &EngineFixture::utilization, &EngineFixture::frequency,
+                    &EngineFixture::temperature, &EngineFixture::log};
+  for (std::size_t gone = 0; gone < all.size(); ++gone) {
+    EngineFixture f;
+    f.create();
+    (f.*all.begin()[gone]).reset();
+    f.engine->handleResult(f.documentWithCPUEnergy(1));
+    f.mainQueue.run();
+    Names others = kAllSteps;
+    others.erase(others.begin() + static_cast<std::ptrdiff_t>(gone));
+    others.emplace_back("UpdateView");
+    EXPECT_EQ(f.steps, others);
+  }
 }
 
 TEST(SGPowerMetricsResults, ARefreshThatIsStillQueuedEndsWithTheEngine) {

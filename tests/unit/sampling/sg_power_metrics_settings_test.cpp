@@ -93,6 +93,22 @@ TEST(SGPowerMetricsSettings, FollowsAChangeOnTheThreadThatMadeIt) {
   EXPECT_EQ(f.engine->msSampling(), 750);  // the main queue has not run
 }
 
+/// The change is made between two reads of one look, as another thread might; what it found is
+/// stored only after it.
+TEST(SGPowerMetricsSettings, AChangeInTheMiddleOfALookIsNotUndoneByIt) {
+  EngineFixture f;
+  f.create();
+  bool isChanged = false;
+  f.defaults.onRead = [&](std::string_view key) {
+    if (key != "samplingResolution" || isChanged) return;
+    isChanged = true;
+    f.defaults.setBool("gpuFrequency", true);
+  };
+  f.defaults.setDouble("samplingResolution", 750);
+  EXPECT_TRUE(isChanged);
+  EXPECT_TRUE(f.engine->includeGPU());
+}
+
 TEST(SGPowerMetricsSettings, ClearsFromTheMainQueueNotFromTheChange) {
   EngineFixture f;
   f.create();

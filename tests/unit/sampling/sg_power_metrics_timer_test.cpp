@@ -130,6 +130,7 @@ TEST(SGPowerMetricsTimer, StopTimerEndsTheTimerAtOnce) {
   EngineFixture f;
   f.start().stopTimer();
   EXPECT_EQ(f.mainQueue.liveTimers(), 0u);
+  EXPECT_FALSE(f.engine->isAuthorized());
   f.mainQueue.advance(milliseconds(5000));
   EXPECT_EQ(f.gate->requests().size(), 1u);
 }

@@ -42,6 +42,11 @@ PropertyListDictionary with(PropertyListDictionary properties, const std::string
   return properties;
 }
 
+/// The record of a driver that tells the utilisation.
+GPUInfoRecord told(const std::string& name, double utilisation) {
+  return {name, utilisation, true};
+}
+
 PropertyListDictionary othersGPU(const std::string& model, std::int64_t percent) {
   return with(gpu(model, percent), kVendor, PropertyList(base::Bytes{0xDE, 0x10, 0, 0}));
 }
@@ -73,20 +78,20 @@ class SGSystemGPUInfoTest : public ::testing::Test {
 };
 
 TEST_F(SGSystemGPUInfoTest, ReadsNameAndUtilisation) {
-  EXPECT_EQ(readOnly(gpu("Apple M2 Pro", 37)), (GPUInfoRecord{"Apple M2 Pro", 0.37}));
+  EXPECT_EQ(readOnly(gpu("Apple M2 Pro", 37)), told("Apple M2 Pro", 0.37));
 }
 
 TEST_F(SGSystemGPUInfoTest, ReadsAnIdleGPU) {
-  EXPECT_EQ(readOnly(gpu("Apple M2", 0)), (GPUInfoRecord{"Apple M2", 0.0}));
+  EXPECT_EQ(readOnly(gpu("Apple M2", 0)), told("Apple M2", 0.0));
 }
 
 TEST_F(SGSystemGPUInfoTest, ReadsAFullyBusyGPU) {
-  EXPECT_EQ(readOnly(gpu("Apple M2", 100)), (GPUInfoRecord{"Apple M2", 1.0}));
+  EXPECT_EQ(readOnly(gpu("Apple M2", 100)), told("Apple M2", 1.0));
 }
 
 TEST_F(SGSystemGPUInfoTest, WalksTheRegistryAnewEachTime) {
-  EXPECT_EQ(readOnly(gpu("Apple M2", 37)), (GPUInfoRecord{"Apple M2", 0.37}));
-  EXPECT_EQ(readOnly(gpu("Apple M4", 50)), (GPUInfoRecord{"Apple M4", 0.5}));
+  EXPECT_EQ(readOnly(gpu("Apple M2", 37)), told("Apple M2", 0.37));
+  EXPECT_EQ(readOnly(gpu("Apple M4", 50)), told("Apple M4", 0.5));
   registry_.clear();
   EXPECT_EQ(read(), std::nullopt);
 }
@@ -114,7 +119,7 @@ TEST_F(SGSystemGPUInfoTest, WalksToTheEndAndReleasesEveryEntryAndTheIterator) {
   registry_.add(othersGPU("other", 2));
   registry_.add({});
   registry_.add(without(gpu("none", 3), kVendor));
-  EXPECT_EQ(read(), (GPUInfoRecord{"first", 0.01}));
+  EXPECT_EQ(read(), told("first", 0.01));
   const Calls expected = {"search IOAccelerator",
                           "next",
                           "properties of 0",
@@ -136,7 +141,7 @@ TEST_F(SGSystemGPUInfoTest, WalksToTheEndAndReleasesEveryEntryAndTheIterator) {
 
 TEST_F(SGSystemGPUInfoTest, ReadsAnEntryAgainUntilItSucceeds) {
   registry_.add(gpu("Apple M2", 37), 3);
-  EXPECT_EQ(read(), (GPUInfoRecord{"Apple M2", 0.37}));
+  EXPECT_EQ(read(), told("Apple M2", 0.37));
   const Calls expected = {"search IOAccelerator",
                           "next",
                           "properties of 0",
@@ -166,7 +171,7 @@ TEST_F(SGSystemGPUInfoTest, ReadsAnotherVendorsEntryAgainToo) {
 TEST_F(SGSystemGPUInfoTest, ReadsEachEntryAgainOnItsOwn) {
   registry_.add(without(gpu("first", 10), kStatistics), 1);
   registry_.add(gpu("second", 20), 2);
-  EXPECT_EQ(read(), (GPUInfoRecord{"second", 0.2}));
+  EXPECT_EQ(read(), told("second", 0.2));
   const Calls expected = {"search IOAccelerator",
                           "next",
                           "properties of 0",
@@ -185,13 +190,13 @@ TEST_F(SGSystemGPUInfoTest, ReadsEachEntryAgainOnItsOwn) {
 TEST_F(SGSystemGPUInfoTest, NeverSkipsAnEntryWhoseReadFailsAtFirst) {
   registry_.add(gpu("first", 10), 1);
   registry_.add(gpu("second", 20));
-  EXPECT_EQ(read(), (GPUInfoRecord{"first", 0.1}));
+  EXPECT_EQ(read(), told("first", 0.1));
 }
 
 TEST_F(SGSystemGPUInfoTest, SkipsAnEntryWithoutProperties) {
   registry_.add({});
   registry_.add(gpu("Apple M2", 37));
-  EXPECT_EQ(read(), (GPUInfoRecord{"Apple M2", 0.37}));
+  EXPECT_EQ(read(), told("Apple M2", 0.37));
 }
 
 TEST_F(SGSystemGPUInfoTest, SkipsAnEntryWithoutAVendor) {
@@ -223,19 +228,25 @@ TEST_F(SGSystemGPUInfoTest, TakesTheFirstWithStatistics) {
   registry_.add(without(gpu("first", 10), kStatistics));
   registry_.add(gpu("second", 20));
   registry_.add(gpu("third", 30));
-  EXPECT_EQ(read(), (GPUInfoRecord{"second", 0.2}));
+  EXPECT_EQ(read(), told("second", 0.2));
+}
+
+TEST_F(SGSystemGPUInfoTest, TakesTheFirstWithStatisticsAlsoWhenOnlyALaterOneTells) {
+  registry_.add(with(gpu("first", 10), kStatistics, PropertyList(PropertyListDictionary())));
+  registry_.add(gpu("second", 20));
+  EXPECT_EQ(read(), (GPUInfoRecord{"first", 0.0, false}));
 }
 
 TEST_F(SGSystemGPUInfoTest, PassesOverAnotherVendorsStatistics) {
   registry_.add(othersGPU("first", 10));
   registry_.add(gpu("second", 20));
-  EXPECT_EQ(read(), (GPUInfoRecord{"second", 0.2}));
+  EXPECT_EQ(read(), told("second", 0.2));
 }
 
 TEST_F(SGSystemGPUInfoTest, PassesOverStatisticsThatAreNoDictionary) {
   registry_.add(with(gpu("first", 10), kStatistics, PropertyList(std::string("busy"))));
   registry_.add(gpu("second", 20));
-  EXPECT_EQ(read(), (GPUInfoRecord{"second", 0.2}));
+  EXPECT_EQ(read(), told("second", 0.2));
 }
 
 TEST_F(SGSystemGPUInfoTest, IsNothingWhenNoneHasStatistics) {
@@ -243,22 +254,20 @@ TEST_F(SGSystemGPUInfoTest, IsNothingWhenNoneHasStatistics) {
 }
 
 TEST_F(SGSystemGPUInfoTest, IsUnknownWithoutAModel) {
-  EXPECT_EQ(readOnly(without(gpu("", 10), kModel)), (GPUInfoRecord{"Unknown", 0.1}));
+  EXPECT_EQ(readOnly(without(gpu("", 10), kModel)), told("Unknown", 0.1));
 }
 
 TEST_F(SGSystemGPUInfoTest, IsUnknownWhenTheModelIsNoText) {
   EXPECT_EQ(readOnly(with(gpu("", 10), kModel, PropertyList(base::Bytes{'M', '2'}))),
-            (GPUInfoRecord{"Unknown", 0.1}));
+            told("Unknown", 0.1));
 }
 
-TEST_F(SGSystemGPUInfoTest, KeepsAnEmptyModel) {
-  EXPECT_EQ(readOnly(gpu("", 10)), (GPUInfoRecord{"", 0.1}));
-}
+TEST_F(SGSystemGPUInfoTest, KeepsAnEmptyModel) { EXPECT_EQ(readOnly(gpu("", 10)), told("", 0.1)); }
 
 TEST_F(SGSystemGPUInfoTest, TakesTheNameFromTheChosenEntry) {
   registry_.add(without(gpu("first", 10), kStatistics));
   registry_.add(without(gpu("second", 20), kModel));
-  EXPECT_EQ(read(), (GPUInfoRecord{"Unknown", 0.2}));
+  EXPECT_EQ(read(), told("Unknown", 0.2));
 }
 
 TEST_F(SGSystemGPUInfoTest, ReadsUtilisationFromARealToo) {

@@ -121,6 +121,15 @@ TEST_F(SysctlInt32, IsTheNumber) {
   EXPECT_EQ(info_.sysctlInt32("hw.perflevel0.logicalcpu"), 8);
 }
 
+TEST_F(SGSystemInfoTest, ReadsTheCoresOfBothPerformanceLevels) {
+  EXPECT_EQ(info_.performanceCores(), std::nullopt);
+  EXPECT_EQ(info_.efficiencyCores(), std::nullopt);
+  controls_.setInteger("hw.perflevel0.logicalcpu", 8);
+  controls_.setInteger("hw.perflevel1.logicalcpu", 2);
+  EXPECT_EQ(info_.performanceCores(), 8);
+  EXPECT_EQ(info_.efficiencyCores(), 2);
+}
+
 TEST_F(SysctlInt32, KeepsTheSign) {
   controls_.setInteger("test.number", std::numeric_limits<std::int32_t>::min());
   EXPECT_EQ(info_.sysctlInt32("test.number"), std::numeric_limits<std::int32_t>::min());

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <future>
 #include <limits>
 #include <optional>
 #include <string>
@@ -174,6 +175,23 @@ TEST(SGM1IOHIDSensorsDeathTest, StopsWithoutAClient) {
   hid.setMakesClients(false);
   const SGM1IOHIDSensors sensors(hid);
   EXPECT_DEATH(sensors.readHIDCPUTemperatures(), "The HID event system made no client\\.");
+}
+
+TEST_F(SGM1IOHIDSensorsTest, TwoThreadsMayReadAtOnce) {
+  hid_.add("Tp0i", 45);
+  hid_.add("Te0i", std::nullopt);
+  hid_.add("Tg0i", 40);
+  const auto readAll = [this] {
+    bool isRight = true;
+    for (int i = 0; i < 200; ++i) {
+      isRight = isRight && cpu() == TemperatureReadings{{"Te0i", -1}, {"Tp0i", 45}} &&
+                gpu() == TemperatureReadings{{"Tg0i", 40}};
+    }
+    return isRight;
+  };
+  auto other = std::async(std::launch::async, readAll);
+  EXPECT_TRUE(readAll());
+  EXPECT_TRUE(other.get());
 }
 
 }  // namespace

@@ -17,6 +17,7 @@
 #include "ui/widgets/graph_overlay.h"
 #include "ui/widgets/graph_widget.h"
 #include "ui/widgets/live_content.h"
+#include "ui/widgets/more_button.h"
 #include "unit/ui/widgets/shown_widget.h"
 #include "unit/ui/widgets/test_application.h"
 
@@ -119,6 +120,20 @@ TEST_F(WindowRuns, FollowTheLogInTheirMenus) {
   general_->logfileModel()->setLogEnabled(true);
   settle();
   EXPECT_TRUE(isAnyItemChecked());
+}
+
+/// By the menu's own model: the main content's says nothing here.
+TEST_F(WindowRuns, FollowTheHelperInTheOpenMoreMenu) {
+  QTest::mouseClick(&run_->window().moreButton(), Qt::LeftButton);
+  ui::widgets::settle();
+  const QMenu* const menu = run_->window().moreButton().menu();
+  ASSERT_NE(menu, nullptr);
+  const QAction* const uninstall = menu->actions().at(1);
+  EXPECT_FALSE(uninstall->isEnabled());
+  general_->xpcmanager()->setContentModelDelegate({});
+  platform_.notifications.post(base::notification::kXPCDidInstall);
+  settle();
+  EXPECT_TRUE(uninstall->isEnabled());
 }
 
 TEST_F(WindowRuns, TellTheAgeOfTheSampleThatIsShown) {
