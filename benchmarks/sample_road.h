@@ -73,6 +73,9 @@ class SampleRoad {
   modules::ModuleModelFrequency& frequency() { return *frequency_; }
   modules::ModuleModelTemperature& temperature() { return *temperature_; }
   modules::ModuleModelUtilization& utilization() { return *utilization_; }
+  logging::SampleRows::Models models() const {
+    return {*power_, *frequency_, *temperature_, *utilization_};
+  }
   const fakes::ManualClock& clock() const { return clock_; }
 
  private:
@@ -96,8 +99,8 @@ class SampleRoad {
   std::shared_ptr<modules::ModuleModelUtilization> utilization_ =
       modules::ModuleModelUtilization::create(notifications_, engine_,
                                               {sensors_.processorTicks(), sensors_.accelerators()});
-  std::shared_ptr<logging::SampleRows> rows_ = std::make_shared<logging::SampleRows>(
-      clock_, logging::SampleRows::Models{*power_, *frequency_, *temperature_, *utilization_});
+  std::shared_ptr<logging::SampleRows> rows_ =
+      std::make_shared<logging::SampleRows>(clock_, models());
   std::string line_;
 };
 

@@ -19,7 +19,7 @@
 #include <string>
 
 #include "adapters/libplist/libplist_reader.h"
-#include "adapters/simulated/builtin_machine.h"
+#include "benchmarks/example_document.h"
 #include "benchmarks/sample_road.h"
 #include "sampling/sample_parser.h"
 
@@ -35,12 +35,6 @@ const base::Bytes& document() {
     return base::Bytes(std::istreambuf_iterator<char>(file), {});
   }();
   return bytes;
-}
-
-/// The largest of the simulated machines: 24 processors, some three hundred keys in the SMC.
-const adapters::simulated::MachineDescription& machine() {
-  static const auto largest = adapters::simulated::macStudioM2Ultra();
-  return largest;
 }
 
 void parseAndFree(const base::Bytes& bytes) {
@@ -79,14 +73,14 @@ void figuresOfASample(benchmark::State& state) {
 BENCHMARK(figuresOfASample)->Unit(benchmark::kMicrosecond);
 
 void bytesToLogLine(benchmark::State& state) {
-  benchmarks::SampleRoad road(machine());
+  benchmarks::SampleRoad road(benchmarks::largestMachine());
   for (auto _ : state) benchmark::DoNotOptimize(road.take(document()));
 }
 BENCHMARK(bytesToLogLine)->Unit(benchmark::kMicrosecond);
 
 /// Whether figures from all over the document reach the line: package power and frequencies.
 bool isRoadWhole() {
-  benchmarks::SampleRoad road(machine());
+  benchmarks::SampleRoad road(benchmarks::largestMachine());
   const std::string& line = road.take(document());
   return line.find(", 1.727, ") != std::string::npos &&
          line.find(", 1391, 3646, 750, ") != std::string::npos;

@@ -9,6 +9,7 @@ build_packages_debian="g++ cmake ninja-build pkg-config qt6-base-dev libplist-de
 test_packages_debian="dbus-daemon libgtest-dev libvalijson-dev locales prometheus xvfb xdotool"
 check_packages_debian="git clang-16 libc++-16-dev libc++abi-16-dev libclang-rt-16-dev lld-16 llvm-16
   musl-dev clang-format-16 clang-tidy-16 googletest libbenchmark-dev"
+count_packages_debian="libbenchmark-dev valgrind"
 picture_packages_debian="fonts-inter imagemagick librsvg2-bin optipng xdotool xvfb"
 measure_packages_debian="conky-std dbus-daemon fonts-inter gnome-system-monitor openbox xdotool xvfb"
 
@@ -112,7 +113,7 @@ install_brew() {
   done
 }
 
-# install_packages SET...: SET is build, test, check, picture or measure.
+# install_packages SET...: SET is build, test, check, count, picture or measure.
 install_packages() {
   local set manager packages=""
   if command -v dpkg-query >/dev/null 2>&1; then

@@ -50,16 +50,18 @@ std::size_t labelPosition(std::span<const std::string> labels, std::string_view 
 }
 
 std::vector<std::vector<Point>> curve(std::span<const double> data, double width, double height) {
+  const auto isNumber = [](double value) { return std::isfinite(value); };
   std::vector<std::vector<Point>> pieces;
-  bool isBroken = true;
-  for (std::size_t i = 0; i < data.size(); ++i) {
-    if (!std::isfinite(data[i])) {
-      isBroken = true;
-      continue;
+  auto begin = std::ranges::find_if(data, isNumber);
+  while (begin != data.end()) {
+    const auto end = std::find_if_not(begin, data.end(), isNumber);
+    std::vector<Point>& piece = pieces.emplace_back();
+    piece.reserve(static_cast<std::size_t>(end - begin));
+    for (; begin != end; ++begin) {
+      piece.push_back(
+          {width - static_cast<double>(begin - data.begin()), height - *begin * height});
     }
-    if (isBroken) pieces.emplace_back();
-    isBroken = false;
-    pieces.back().push_back({width - static_cast<double>(i), height - data[i] * height});
+    begin = std::find_if(end, data.end(), isNumber);
   }
   return pieces;
 }

@@ -11,10 +11,15 @@
 namespace pallimo::adapters::common {
 
 std::uint64_t SystemRandom::next() {
-  std::uint64_t number = 0;
-  // So few bytes come all at once or not at all.
-  if (getentropy(&number, sizeof number) != 0) base::fatal("The system gives no random numbers");
-  return number;
+  base::MutexLock lock(mutex_);
+  if (left_ == 0) {
+    // So few bytes come all at once or not at all.
+    if (getentropy(kept_.data(), sizeof kept_) != 0) {
+      base::fatal("The system gives no random numbers");
+    }
+    left_ = kept_.size();
+  }
+  return kept_[--left_];
 }
 
 }  // namespace pallimo::adapters::common

@@ -5,6 +5,7 @@
 
 #include <QColor>
 #include <QFont>
+#include <QList>
 #include <QPointF>
 #include <QRawFont>
 #include <QString>
@@ -26,11 +27,18 @@ class FigureText {
   void draw(QPainter& painter, QPointF position, const QColor& color, const QString& text) const;
 
  private:
-  double advance(quint32 glyph) const;
-  bool isDigit(quint32 glyph) const { return digits_.contains(glyph); }
+  struct Glyph {
+    quint32 index = 0;
+    double advance = 0;
+  };
+
+  QList<Glyph> glyphsOf(const QString& text) const;
+  QList<Glyph> measured(const QList<quint32>& indexes) const;
+  /// How wide the glyph's place is.
+  double cellOf(const Glyph& glyph) const;
 
   QRawFont raw_;
-  QList<quint32> digits_;
+  QList<Glyph> usual_;  ///< of the characters that figures are written with
   double digitWidth_ = 0;
 };
 

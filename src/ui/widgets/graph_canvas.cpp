@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <bit>
 #include <cstring>
-#include <utility>
+#include <vector>
 
 #include "ui/widgets/graph_movement.h"
 
@@ -23,23 +23,52 @@ constexpr std::size_t kBytesAPixel = 4;
 
 std::size_t bytes(int pixels) { return static_cast<std::size_t>(pixels) * kBytesAPixel; }
 
-/// A copy of some columns of an image, `left` and `width` in pixels.
+/// Rows of an image's bytes.
+struct Rows {
+  uchar* first;
+  qsizetype bytesPerLine;
+  int count;
+
+  uchar* at(int row) const { return first + row * bytesPerLine; }
+};
+
+/// A copy of some columns, `left` and `width` in pixels.
 class Stripe {
  public:
-  Stripe(const QImage& image, int left, int width)
-      : left_(left), pixels_(image.copy(left, 0, width, image.height())) {}
+  Stripe(const Rows& rows, int left, int width)
+      : rows_(rows),
+        left_(bytes(left)),
+        width_(bytes(width)),
+        pixels_(width_ * static_cast<std::size_t>(rows.count)) {
+    for (int row = 0; row < rows_.count; ++row) std::memcpy(kept(row), shown(row), width_);
+  }
 
-  void putBack(QImage& image) const {
-    for (int y = 0; y < pixels_.height(); ++y) {
-      std::memcpy(image.scanLine(y) + bytes(left_), pixels_.constScanLine(y),
-                  bytes(pixels_.width()));
-    }
+  void putBack() {
+    for (int row = 0; row < rows_.count; ++row) std::memcpy(shown(row), kept(row), width_);
   }
 
  private:
-  const int left_;
-  const QImage pixels_;
+  uchar* shown(int row) const { return rows_.at(row) + left_; }
+  uchar* kept(int row) { return pixels_.data() + static_cast<std::size_t>(row) * width_; }
+
+  const Rows rows_;
+  const std::size_t left_;
+  const std::size_t width_;
+  std::vector<uchar> pixels_;
 };
+
+/// The rows of an image but for the margins above and below.
+Rows rowsOf(QImage& image, int margin = 0) {
+  return {image.scanLine(margin), image.bytesPerLine(), image.height() - 2 * margin};
+}
+
+void fill(const Rows& rows, const QRect& rect, const QColor& color) {
+  uchar* const first = rows.at(rect.top()) + bytes(rect.left());
+  std::fill_n(reinterpret_cast<QRgb*>(first), rect.width(), color.rgb());
+  for (int row = 1; row < rect.height(); ++row) {
+    std::memcpy(first + row * rows.bytesPerLine, first, bytes(rect.width()));
+  }
+}
 
 // The box begins at a power of two, and ends before the next one: coordinates have the same number
 // of digits behind the point all over it, so that a line is rounded alike wherever it moves. What
@@ -63,8 +92,7 @@ GraphCanvas::Painted GraphCanvas::draw(const GraphView& graph, QSize box, int ra
   if (scrolls) {
     const int points = static_cast<int>(*moved);
     moveLeft(points);
-    paintAgain({box.width() - points - 2 * kLineReach, box.width()});
-    paintAgain({0, 1});  // the outline's left edge, which has moved away
+    paintAfterMove(points);
     return Painted::newColumns;
   }
   box_ = box;
@@ -75,7 +103,8 @@ GraphCanvas::Painted GraphCanvas::draw(const GraphView& graph, QSize box, int ra
   if (image_.size() != size) {
     image_ = QImage(size, QImage::Format_RGB32);
   }
-  paint({0, box.width()});
+  QPainter painter(&image_);
+  paint(painter, {0, box.width()});
   return Painted::everything;
 }
 
@@ -91,29 +120,40 @@ QImage GraphCanvas::image() const {
 
 // In place, not beside it: at another place a line's coordinates are rounded otherwise, and now and
 // then a pixel comes out by one shade lighter. The neighbours, over which the lines run, are put
-// back.
-void GraphCanvas::paintAgain(Columns columns) {
-  columns.begin = std::max(columns.begin, 0);
-  const Stripe before(image_, left_ + (columns.begin - kGuard) * ratio_, kGuard * ratio_);
-  const Stripe behind(image_, left_ + columns.end * ratio_, kGuard * ratio_);
-  paint(columns);
-  before.putBack(image_);
-  behind.putBack(image_);
+// back; those beyond the box nobody sees, now or later.
+void GraphCanvas::paintAfterMove(int points) {
+  const Rows rows = rowsOf(image_, kMargin * ratio_);
+  const int guard = kGuard * ratio_;
+  QPainter painter(&image_);
+
+  const int begin = std::max(0, box_.width() - points - 2 * kLineReach);
+  Stripe before(rows, left_ + begin * ratio_ - guard, guard);
+  paint(painter, {begin, box_.width()});
+  before.putBack();
+
+  // The outline's left edge, which has moved away.
+  Stripe behind(rows, left_ + ratio_, guard);
+  paint(painter, {0, 1});
+  behind.putBack();
 }
 
-void GraphCanvas::paint(Columns columns) {
-  QPainter painter(&image_);
-  painter.translate(left_, kMargin * ratio_);
-  painter.scale(ratio_, ratio_);
-  paintColumns(painter, graph_, box_, scheme_, columns);
+void GraphCanvas::paint(QPainter& painter, Columns columns) {
+  const auto toPixels = QTransform::fromTranslate(left_, kMargin * ratio_).scale(ratio_, ratio_);
+  const Rows rows = rowsOf(image_);
+  for (const Fill& part : groundOf(graph_, box_, scheme_, columns, toPixels)) {
+    fill(rows, part.pixels, part.color);
+  }
+  painter.setTransform(toPixels);
+  paintLines(painter, graph_, box_, scheme_, columns);
 }
 
 void GraphCanvas::moveLeft(int points) {
   const std::size_t gone = bytes(points * ratio_);
-  const std::size_t kept = bytes(image_.width() - left_) - gone;
-  for (int y = 0; y < image_.height(); ++y) {
-    uchar* row = image_.scanLine(y) + bytes(left_);
-    std::memmove(row, row + gone, kept);
+  const std::size_t kept = bytes(box_.width() * ratio_) - gone;
+  const Rows rows = rowsOf(image_, kMargin * ratio_);
+  for (int row = 0; row < rows.count; ++row) {
+    uchar* const left = rows.at(row) + bytes(left_);
+    std::memmove(left, left + gone, kept);
   }
 }
 

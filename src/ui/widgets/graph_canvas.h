@@ -10,6 +10,8 @@
 #include "ui/palette.h"
 #include "ui/widgets/graph_painting.h"
 
+class QPainter;
+
 namespace pallimo::ui::widgets {
 
 /// An image of a graph's box, kept from one sample to the next: when the graph has only moved to
@@ -28,9 +30,9 @@ class GraphCanvas {
   QImage image() const;
 
  private:
-  void paint(Columns columns);
-  void paintAgain(Columns columns);
   void moveLeft(int points);
+  void paintAfterMove(int points);
+  void paint(QPainter& painter, Columns columns);
 
   // What the image shows.
   GraphView graph_;

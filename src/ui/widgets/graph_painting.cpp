@@ -57,29 +57,6 @@ class Pixels {
   const int thickness_;
 };
 
-void paintGround(QPainter& painter, const GraphView& graph, QSize box, ColorScheme scheme,
-                 Columns columns) {
-  const Palette& colors = colorsOf(scheme);
-  const QColor ground = toColor(colors.panel);
-  const QColor grid = blended(ground, toColor(colors.grid), kGridOpacity);
-  const QTransform transform = painter.deviceTransform();
-  const QTransform toPoints = transform.inverted();
-  const Pixels pixels(transform, box);
-  const QRect part = pixels.columns(columns);
-  const auto fill = [&](const QRect& rect, const QColor& color) {
-    painter.fillRect(toPoints.mapRect(QRectF(rect)), color);
-  };
-  painter.setRenderHint(QPainter::Antialiasing, false);
-  fill(part, ground);
-  for (const Line& line : gridLines(graph.axisLabels.size(), box.width(), box.height())) {
-    fill(pixels.row(line.from.y, part), grid);
-  }
-  for (const Point& corner : outline(box.width(), box.height())) {
-    fill(pixels.row(corner.y, part), grid);
-    fill(pixels.column(corner.x) & part, grid);
-  }
-}
-
 // The share is kept to what a double can add to a column without rounding, so that the end lies at
 // the same place wherever the columns are painted.
 Point crossing(const Point& from, const Point& to, double y) {
@@ -126,9 +103,44 @@ std::vector<QLineF> segments(std::span<const double> data, QSize box, Columns co
 
 }  // namespace
 
+std::vector<Fill> groundOf(const GraphView& graph, QSize box, ColorScheme scheme, Columns columns,
+                           const QTransform& transform) {
+  const Palette& colors = colorsOf(scheme);
+  const QColor ground = toColor(colors.panel);
+  const QColor grid = blended(ground, toColor(colors.grid), kGridOpacity);
+  const Pixels pixels(transform, box);
+  const QRect part = pixels.columns(columns);
+  const auto lines = gridLines(graph.axisLabels.size(), box.width(), box.height());
+  constexpr std::size_t kOthers = 5;  // the ground and four edges
+  std::vector<Fill> fills;
+  fills.reserve(lines.size() + kOthers);
+  fills.push_back({part, ground});
+  for (const Line& line : lines) {
+    fills.push_back({pixels.row(line.from.y, part), grid});
+  }
+  // Two opposite corners stand for the four edges.
+  const auto corners = outline(box.width(), box.height());
+  for (const Point& corner : {corners[0], corners[2]}) {
+    fills.push_back({pixels.row(corner.y, part), grid});
+    const QRect column = pixels.column(corner.x) & part;
+    if (!column.isEmpty()) fills.push_back({column, grid});
+  }
+  return fills;
+}
+
 void paintColumns(QPainter& painter, const GraphView& graph, QSize box, ColorScheme scheme,
                   Columns columns) {
-  paintGround(painter, graph, box, scheme, columns);
+  const QTransform transform = painter.deviceTransform();
+  const QTransform toPoints = transform.inverted();
+  painter.setRenderHint(QPainter::Antialiasing, false);
+  for (const Fill& fill : groundOf(graph, box, scheme, columns, transform)) {
+    painter.fillRect(toPoints.mapRect(QRectF(fill.pixels)), fill.color);
+  }
+  paintLines(painter, graph, box, scheme, columns);
+}
+
+void paintLines(QPainter& painter, const GraphView& graph, QSize box, ColorScheme scheme,
+                Columns columns) {
   painter.setRenderHint(QPainter::Antialiasing, true);
   for (const GraphData& series : graph.datas) {
     const std::vector<QLineF> lines = segments(series.data, box, columns);

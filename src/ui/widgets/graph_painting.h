@@ -3,7 +3,11 @@
 
 #pragma once
 
+#include <QColor>
+#include <QRect>
 #include <QSize>
+#include <QTransform>
+#include <vector>
 
 #include "ui/graph_data.h"
 #include "ui/palette.h"
@@ -41,5 +45,21 @@ struct Columns {
 /// polyline would look the same and take ten times as long where values jump.
 void paintColumns(QPainter& painter, const GraphView& graph, QSize box, ColorScheme scheme,
                   Columns columns);
+
+/// Pixels of the screen in one colour.
+struct Fill {
+  QRect pixels;
+  QColor color;
+};
+
+/// What paintColumns fills before it draws the lines, in this order; `transform` leads to the
+/// screen's pixels. For whoever has the pixels at hand: filling them takes a tenth of the time that
+/// a painter takes.
+std::vector<Fill> groundOf(const GraphView& graph, QSize box, ColorScheme scheme, Columns columns,
+                           const QTransform& transform);
+
+/// The rest of what paintColumns does.
+void paintLines(QPainter& painter, const GraphView& graph, QSize box, ColorScheme scheme,
+                Columns columns);
 
 }  // namespace pallimo::ui::widgets

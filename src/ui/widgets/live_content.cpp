@@ -24,13 +24,13 @@ LiveContent::LiveContent(PanelWidget::ReadoutSource readout, CopyText copyText, 
   connect(copyValues_, &QAction::triggered, this, &LiveContent::copy);
 }
 
-void LiveContent::setPanels(const std::vector<Panel>& panels) {
+void LiveContent::setPanels(std::vector<Panel> panels) {
   const QSize before = sizeHint();
   if (panels.size() != panels_.size()) {
     buildPanels(panels.size());
   }
   for (std::size_t i = 0; i < panels.size(); ++i) {
-    panels_[i]->setPanel(panels[i]);
+    panels_[i]->setPanel(std::move(panels[i]));
   }
   if (sizeHint() != before) {
     layOut();

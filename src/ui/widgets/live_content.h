@@ -29,7 +29,7 @@ class LiveContent final : public QWidget {
   static constexpr int kEdge = 10;
   static constexpr int kGap = 8;
 
-  void setPanels(const std::vector<Panel>& panels);
+  void setPanels(std::vector<Panel> panels);
   void setColorScheme(ColorScheme scheme);
 
   const std::vector<PanelWidget*>& panels() const { return panels_; }

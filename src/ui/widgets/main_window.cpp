@@ -115,7 +115,7 @@ void MainWindow::refresh() {
   showContent(services_.content());
 }
 
-void MainWindow::showContent(const MainWindowContent& content) {
+void MainWindow::showContent(MainWindowContent content) {
   const bool isLive = content.screen == MainScreen::live;
   const bool hasHeader = content.screen != MainScreen::refusal;
   if (content.title != shownTitle_) {
@@ -123,7 +123,7 @@ void MainWindow::showContent(const MainWindowContent& content) {
     title_->setContent(content.title);
   }
   if (isLive) {
-    live_->setPanels(content.panels);
+    live_->setPanels(std::move(content.panels));
   } else {
     screen_->setTexts({content.heading, content.text, content.button, !hasHeader});
   }

@@ -69,7 +69,7 @@ class MainWindow final : public AppWindow {
   bool isShown() const;
   bool isSeen() const;
   void refresh();
-  void showContent(const MainWindowContent& content);
+  void showContent(MainWindowContent content);
   void press();
   void restorePlace();
   void storePlace();

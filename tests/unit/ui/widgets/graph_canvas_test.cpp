@@ -66,6 +66,20 @@ TEST_P(GraphCanvasAt, IsTheSameToTheLastBitAlsoWhereLinesAreSmooth) {
   }
 }
 
+TEST_P(GraphCanvasAt, FillsTheSameGroundAsAPainter) {
+  const int ratio = GetParam();
+  for (const ColorScheme scheme : {ColorScheme::light, ColorScheme::dark}) {
+    GraphView empty = random_.graph();
+    empty.datas.clear();
+    QImage painted(kBox * ratio, QImage::Format_RGB32);
+    QPainter painter(&painted);
+    painter.scale(ratio, ratio);
+    paintColumns(painter, empty, kBox, scheme, {0, kBox.width()});
+    painter.end();
+    EXPECT_EQ(paintedAnew(empty, ratio, scheme), painted);
+  }
+}
+
 TEST_P(GraphCanvasAt, MovesBySeveralSamplesAtOnce) {
   random_.addSamples(5);
   draw();
