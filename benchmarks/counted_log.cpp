@@ -46,7 +46,7 @@ void countWriting() {
   logging::LogRows rows;
   for (int i = 0; i < kRows; ++i) rows.append(exampleRow(500), {});
   count({"log_row_written", 1, kRows},
-        [&] { logging::writeLogFileText(rows, [](std::string_view) {}); });
+        [&] { logging::writeLogFileText(rows, rows[0].row.time, [](std::string_view) {}); });
 }
 
 }  // namespace
