@@ -8,16 +8,17 @@ namespace pallimo::app {
 ContentView::ContentView(ports::MainQueue& mainQueue, GeneralModel& general)
     : general_(general), contentModel_(ContentModel::create(mainQueue, general)) {}
 
-MainContent ContentView::content() const {
+ui::MainContent ContentView::content() const {
   const helper_link::XPCManager& manager = *general_.xpcmanager();
-  return mainContent(general_.processor(), manager.isAuthorized(), manager.isUpdateNeeded());
+  const bool isAppleSilicon = general_.processor() == helper_link::Processor::appleSilicon;
+  return ui::mainContent(isAppleSilicon, manager.isAuthorized(), manager.isUpdateNeeded());
 }
 
-std::optional<MainContent> ContentView::press() {
+std::optional<ui::MainContent> ContentView::press() {
   // Looked up once: a reply may change it at any moment.
-  const MainContent shown = content();
-  if (mainContentText(shown, hideUpdateButton_).button.empty()) return std::nullopt;
-  if (shown == MainContent::update) {
+  const ui::MainContent shown = content();
+  if (ui::mainContentText(shown, hideUpdateButton_).button.empty()) return std::nullopt;
+  if (shown == ui::MainContent::update) {
     hideUpdateButton_ = true;
     general_.xpcmanager()->updateHelper();
   } else {

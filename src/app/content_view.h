@@ -8,8 +8,8 @@
 
 #include "app/content_model.h"
 #include "app/general_model.h"
-#include "app/main_content.h"
 #include "ports/main_queue.h"
+#include "ui/main_content.h"
 
 namespace pallimo::app {
 
@@ -28,13 +28,12 @@ class ContentView {
   bool hideUpdateButton() const { return hideUpdateButton_; }
 
   /// Looked up in the helper manager's flags at every call.
-  MainContent content() const;
-  MainContentText text() const { return mainContentText(content(), hideUpdateButton_); }
+  ui::MainContent content() const;
 
   /// Presses the button that is shown: installs the helper (and asks the administrator meanwhile),
   /// or hides the button and updates the helper. Returns the screen whose button it was; nothing
   /// when no button is shown.
-  std::optional<MainContent> press();
+  std::optional<ui::MainContent> press();
 
  private:
   GeneralModel& general_;

@@ -11,6 +11,7 @@
 #include "app/machine_report.h"
 #include "base/text_format.h"
 #include "helper_link/embedded_helper_version.h"
+#include "ports/settings_keys.h"
 #include "sampling/sample_parser.h"
 
 namespace pallimo::app {
@@ -106,8 +107,8 @@ void Diagnosis::writeSettings() {
   report_.line("sampling period", timedSample_
                                       ? base::formatFixed(timedSample_->msSampling(), 0) + " ms"
                                       : "not read");
-  report_.line("GPU frequency",
-               platform_.defaults.boolForKey("gpuFrequency") ? "measured" : "not measured");
+  const bool isMeasured = platform_.defaults.boolForKey(ports::settings_key::kGpuFrequency);
+  report_.line("GPU frequency", isMeasured ? "measured" : "not measured");
 }
 
 void Diagnosis::writeHelper(const HelperInquiry::Findings& findings) {

@@ -9,10 +9,10 @@
 #include <string>
 #include <vector>
 
-#include "app/headless_run.h"
 #include "app/helper_inquiry.h"
 #include "app/platform.h"
 #include "app/report_text.h"
+#include "app/run_end.h"
 #include "app/sample_output.h"
 #include "app/timed_sample.h"
 

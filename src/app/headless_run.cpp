@@ -7,6 +7,8 @@
 #include <optional>
 #include <utility>
 
+#include "ui/main_content.h"
+
 namespace pallimo::app {
 
 namespace {
@@ -121,14 +123,14 @@ void HeadlessRun::print(const HeadlessSample& sample) {
 }
 
 void HeadlessRun::contentChanged() {
-  const MainContent shown = contentView_->content();
-  const bool wasLive = std::exchange(isLive_, shown == MainContent::live);
-  if (shown == MainContent::refusal) return end(kNotUsable, run_message::kWrongProcessor);
+  const ui::MainContent shown = contentView_->content();
+  const bool wasLive = std::exchange(isLive_, shown == ui::MainContent::live);
+  if (shown == ui::MainContent::refusal) return end(kNotUsable, run_message::kWrongProcessor);
   if (isLive_) isWaiting_ = false;
   if (isLive_ && !wasLive) silentLooks_ = 0;
   if (isLive_ || settings_.installHelper) return;
   if (wasLive) return end(kLost, run_message::kLost);
-  if (shown == MainContent::update) end(kOutOfDate, run_message::kOutOfDate);
+  if (shown == ui::MainContent::update) end(kOutOfDate, run_message::kOutOfDate);
 }
 
 void HeadlessRun::lookLater() {
@@ -171,7 +173,7 @@ void HeadlessRun::waitForHelper() {
 }
 
 void HeadlessRun::press() {
-  if (contentView_->press() != MainContent::update) return installationRan();
+  if (contentView_->press() != ui::MainContent::update) return installationRan();
   isUpdating_ = true;
   // Queued after the manager's own task of the same delay, so that it runs after that one.
   later(helper_link::XPCManager::kInstallationDelay, [](HeadlessRun& run) { run.updateRan(); });

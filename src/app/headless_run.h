@@ -15,40 +15,13 @@
 #include "app/content_view.h"
 #include "app/general_model.h"
 #include "app/headless_format.h"
-#include "app/main_content.h"
+#include "app/run_end.h"
 #include "app/sample_output.h"
 #include "base/notification_centre.h"
 #include "base/subscription.h"
 #include "ports/main_queue.h"
 
 namespace pallimo::app {
-
-/// How a run ended.
-struct RunEnd {
-  int status = 0;       ///< the program's exit status
-  std::string message;  ///< one line for standard error, without the program's name; empty for 0
-  bool operator==(const RunEnd&) const = default;
-};
-
-/// The lines of a run that ended before its time, as `RunEnd::message` holds them.
-namespace run_message {
-inline constexpr std::string_view kOutputFailed = "can't write to standard output: ";
-inline constexpr std::string_view kWrongProcessor =
-    "this app is only for Apple silicon; it does not work on this processor";
-inline constexpr std::string_view kNotUsable =
-    "the helper is absent or does not answer; run with --install-helper to install it";
-inline constexpr std::string_view kStillNotUsable =
-    "the helper does not answer, 5 seconds after its installation; the system log may say why";
-inline constexpr std::string_view kOutOfDate =
-    "the helper is out of date; run with --install-helper to update it";
-inline constexpr std::string_view kRefused =
-    "the helper could not be installed, or its installation was refused; the system log may say "
-    "why";
-inline constexpr std::string_view kSilent =
-    "the helper fell silent while sampling; start again with --install-helper to replace it";
-inline constexpr std::string_view kLost =
-    "the helper was lost while sampling; start again, or run with --install-helper to go on";
-}  // namespace run_message
 
 /// A run without a window: prints every distributed sample, presses the shown button where it is
 /// told to, and decides when the run ends and with which status.

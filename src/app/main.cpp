@@ -25,6 +25,7 @@
 #include "app/diagnosis.h"
 #include "app/headless_run.h"
 #include "app/make_platform.h"
+#include "app/run_end.h"
 #include "app/served_metrics.h"
 #include "app/shared_general_model.h"
 #include "app/told_launch.h"

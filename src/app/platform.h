@@ -60,7 +60,7 @@ struct Platform {
   ports::FileStore& files;
   ports::UserNotifications& userNotifications;
   ports::RandomNumbers& randomNumbers;
-  ports::SoftwareUpdater* softwareUpdater;  ///< null: this build has none
+  ports::SoftwareUpdater& softwareUpdater;  ///< one that never starts, where there is none
   ports::HttpClient& analyticsClient;       ///< one that sends nothing, where nothing may be told
   const ports::Screens& screens;
   const ports::ProcessInformation& processInformation;

@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 The Pallimo authors
 
+#include "app/private_forms.h"
+
+#include <algorithm>
 #include <array>
+#include <cstddef>
 
 #include "app/letters.h"
-#include "app/private_spans.h"
 
 namespace pallimo::app {
 

@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 The Pallimo authors
 
+#include "app/private_homes.h"
+
+#include <algorithm>
 #include <array>
+#include <string>
 
 #include "app/letters.h"
-#include "app/private_spans.h"
 
 namespace pallimo::app {
 

@@ -3,7 +3,10 @@
 
 #include "app/private_texts.h"
 
+#include "app/private_forms.h"
+#include "app/private_homes.h"
 #include "app/product_name.h"
+#include "app/text_span.h"
 
 namespace pallimo::app {
 

@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "app/private_spans.h"
+#include "app/private_word.h"
 
 namespace pallimo::app {
 

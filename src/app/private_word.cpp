@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 The Pallimo authors
 
+#include "app/private_word.h"
+
+#include <algorithm>
+
 #include "app/letters.h"
-#include "app/private_spans.h"
 
 namespace pallimo::app {
 

@@ -3,6 +3,7 @@
 
 #include "app/product_name.h"
 
+#include <algorithm>
 #include <array>
 
 #include "app/letters.h"

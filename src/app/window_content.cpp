@@ -11,20 +11,6 @@ namespace pallimo::app {
 
 namespace {
 
-ui::MainScreen screenOf(MainContent content) {
-  switch (content) {
-    case MainContent::refusal:
-      return ui::MainScreen::refusal;
-    case MainContent::live:
-      return ui::MainScreen::live;
-    case MainContent::update:
-      return ui::MainScreen::update;
-    case MainContent::install:
-      break;
-  }
-  return ui::MainScreen::install;
-}
-
 std::vector<ui::Panel> panels(const GeneralModel& general, const ports::UserDefaults& defaults,
                               ports::RandomNumbers& random) {
   const ui::DisplaySettings settings = ui::readDisplaySettings(defaults);
@@ -41,15 +27,15 @@ std::vector<ui::Panel> panels(const GeneralModel& general, const ports::UserDefa
 ui::MainWindowContent windowContent(const ContentView& view, const GeneralModel& general,
                                     const ports::UserDefaults& defaults,
                                     ports::RandomNumbers& random) {
-  const MainContent shown = view.content();
-  const MainContentText words = mainContentText(shown, view.hideUpdateButton());
+  const ui::MainContent shown = view.content();
+  const ui::MainContentText words = ui::mainContentText(shown, view.hideUpdateButton());
   ui::MainWindowContent content;
-  content.screen = screenOf(shown);
+  content.screen = shown;
   content.heading = words.heading;
   content.text = words.text;
   content.button = words.button;
   content.title = ui::mainTitleContent(*general.modelMainTitle());
-  if (shown == MainContent::live) content.panels = panels(general, defaults, random);
+  if (shown == ui::MainContent::live) content.panels = panels(general, defaults, random);
   return content;
 }
 

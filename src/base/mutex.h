@@ -16,8 +16,6 @@
 #define PALLIMO_GUARDED_BY(mutex) PALLIMO_THREAD_ATTRIBUTE(guarded_by(mutex))
 /// The caller of the function holds the named mutex.
 #define PALLIMO_REQUIRES(...) PALLIMO_THREAD_ATTRIBUTE(requires_capability(__VA_ARGS__))
-/// The caller of the function must not hold the named mutex.
-#define PALLIMO_EXCLUDES(...) PALLIMO_THREAD_ATTRIBUTE(locks_excluded(__VA_ARGS__))
 
 namespace pallimo::base {
 

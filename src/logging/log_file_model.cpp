@@ -9,12 +9,11 @@
 #include "base/civil_time.h"
 #include "logging/log_file_name.h"
 #include "logging/log_file_text.h"
+#include "ports/settings_keys.h"
 
 namespace pallimo::logging {
 
 namespace {
-
-constexpr std::string_view kFolderKey = "pathFolderLocation";
 
 std::string pathOfFolder(std::string_view text) {
   std::string path = text.starts_with('/') ? "" : "/";
@@ -163,7 +162,8 @@ void LogFileModel::refreshFolder() {
     base::MutexLock lock(mutex_);
     read = ++folderReads_;
   }
-  const std::optional<std::string> text = services_.defaults.textForKey(kFolderKey);
+  const std::optional<std::string> text =
+      services_.defaults.textForKey(ports::settings_key::kPathFolderLocation);
   {
     base::MutexLock lock(mutex_);
     // Two threads change settings at once: what was read earlier does not undo what was read later.

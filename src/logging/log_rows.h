@@ -31,7 +31,7 @@ class LogRows {
   void append(const LogRow& row, base::TimeOfDay timeOfDay);
 
   std::size_t size() const;
-  /// The rows that there is room for without another chunk: what the memory's limit is told by.
+  /// The rows that there is room for without another chunk. For whoever watches the memory.
   std::size_t capacity() const;
   /// `index` is less than size(). The entry stays where it is as long as the rows live, also when
   /// they are moved.

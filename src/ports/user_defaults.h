@@ -28,7 +28,6 @@ class UserDefaults {
 
   virtual void setBool(std::string_view key, bool value) = 0;
   virtual void setInteger(std::string_view key, std::int64_t value) = 0;
-  virtual void setDouble(std::string_view key, double value) = 0;
   virtual void setText(std::string_view key, std::string_view value) = 0;
   virtual void remove(std::string_view key) = 0;
 

@@ -7,6 +7,7 @@
 #include <cmath>
 #include <utility>
 
+#include "ports/settings_keys.h"
 #include "sampling/sample_parser.h"
 
 namespace pallimo::sampling {
@@ -53,8 +54,9 @@ void SGPowerMetrics::setGate(std::weak_ptr<helper_link::SamplingGate> gate) {
 void SGPowerMetrics::setFanout(Fanout fanout) { fanout_ = std::move(fanout); }
 
 SGPowerMetrics::Settings SGPowerMetrics::storedSettings() const {
-  return {services_.defaults.boolForKey("gpuFrequency"),
-          periodFor(services_.defaults.doubleForKey("samplingResolution"))};
+  const ports::UserDefaults& defaults = services_.defaults;
+  return {defaults.boolForKey(ports::settings_key::kGpuFrequency),
+          periodFor(defaults.doubleForKey(ports::settings_key::kSamplingResolution))};
 }
 
 void SGPowerMetrics::readSettings() {

@@ -3,18 +3,12 @@
 
 #pragma once
 
+#include "ports/settings_keys.h"
 #include "ports/user_defaults.h"
 
 namespace pallimo::ui {
 
-/// The keys of the settings that the panels and the settings window share.
-namespace settings_key {
-inline constexpr const char* kGpuFrequency = "gpuFrequency";
-inline constexpr const char* kGpuUtilization = "gpuUtilization";
-inline constexpr const char* kShowEPUtilization = "showEPUtilization";
-inline constexpr const char* kTemperatureUnit = "temperatureUnit";
-inline constexpr const char* kPathFolderLocation = "pathFolderLocation";
-}  // namespace settings_key
+namespace settings_key = ports::settings_key;
 
 /// What the user has chosen to see.
 struct DisplaySettings {

@@ -8,23 +8,16 @@
 #include <string_view>
 #include <vector>
 
+#include "ui/main_content.h"
 #include "ui/main_title_content.h"
 #include "ui/more_button_menu.h"
 #include "ui/panel.h"
 
 namespace pallimo::ui {
 
-/// What the main window shows at its top level.
-enum class MainScreen {
-  refusal,  ///< a text alone: nothing works on this processor
-  live,     ///< header and panels
-  update,   ///< header, text, button
-  install,  ///< header, heading, text, button
-};
-
 /// All that the main window shows at one moment.
 struct MainWindowContent {
-  MainScreen screen = MainScreen::install;
+  MainContent screen = MainContent::install;
   // Constants of the program. An empty one stands for a part that is not there.
   std::string_view heading;
   std::string_view text;  ///< with the line breaks that it has on the screen

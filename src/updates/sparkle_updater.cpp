@@ -10,12 +10,11 @@ std::shared_ptr<SparkleUpdater> SparkleUpdater::create(const Services& services)
 }
 
 void SparkleUpdater::checkForUpdates() {
-  if (services_.updater == nullptr) return;
-  if (const auto error = services_.updater->start()) {
+  if (const auto error = services_.updater.start()) {
     services_.console.writeLine("error " + *error);
     return;
   }
-  services_.updater->checkForUpdates();
+  services_.updater.checkForUpdates();
 }
 
 }  // namespace pallimo::updates

@@ -16,7 +16,7 @@ class SparkleUpdater final {
  public:
   /// What it uses; all of it outlives the object.
   struct Services {
-    ports::SoftwareUpdater* updater;  ///< null: this build has none
+    ports::SoftwareUpdater& updater;
     ports::Console& console;
   };
 
@@ -24,8 +24,7 @@ class SparkleUpdater final {
   static std::shared_ptr<SparkleUpdater> create(const Services& services);
 
   /// Starts the updater, also when an earlier check has started it, and lets it check. When it
-  /// can't be started, one line on the console says why and the user sees nothing. Does nothing
-  /// without an updater.
+  /// can't be started, one line on the console says why and the user sees nothing.
   void checkForUpdates();
 
  private:

@@ -16,12 +16,12 @@ namespace {
 
 bool isAdapter(const SourceFile& file) { return startsWith(file.path, "src/adapters/"); }
 
-/// Files that may name Qt: adapters, painted widgets, the app's window and its main.
+/// Files that may name Qt: adapters, painted widgets, the app's window, a Mac's part of it, and the
+/// app's main.
 bool mayUseQt(const SourceFile& file) {
-  return startsWith(file.path, "src/adapters/qt/") ||
-         startsWith(file.path, "src/adapters/macos/") || startsWith(file.path, "src/ui/widgets/") ||
-         startsWith(file.path, "src/app/window/") || startsWith(file.path, "src/app/linux/") ||
-         startsWith(file.path, "src/app/macos/") || file.path == "src/app/main.cpp";
+  return startsWith(file.path, "src/adapters/qt/") || startsWith(file.path, "src/ui/widgets/") ||
+         startsWith(file.path, "src/app/window/") || startsWith(file.path, "src/app/macos/") ||
+         file.path == "src/app/main.cpp";
 }
 
 bool isConditional(const std::string& line) {

@@ -104,7 +104,7 @@ class RealHelperApp : public LinkTest {
                                    .files = desktop_.files,
                                    .userNotifications = desktop_.userNotifications,
                                    .randomNumbers = desktop_.randomNumbers,
-                                   .softwareUpdater = &desktop_.softwareUpdater,
+                                   .softwareUpdater = desktop_.softwareUpdater,
                                    .analyticsClient = desktop_.analyticsClient,
                                    .screens = desktop_.screens,
                                    .processInformation = desktop_.processInformation,
@@ -132,7 +132,7 @@ class RealHelperApp : public LinkTest {
   }
 
   helper_link::XPCManager& manager() { return *general_->xpcmanager(); }
-  app::MainContent content() const { return view_->content(); }
+  ui::MainContent content() const { return view_->content(); }
   app::ContentView& view() { return *view_; }
   ports::MainQueue& queue() { return queue_; }
   base::NotificationCentre& notifications() { return notifications_; }
@@ -150,7 +150,7 @@ class RealHelperApp : public LinkTest {
     loop_.run();
     return isInTime;
   }
-  bool runUntilContentIs(app::MainContent wanted) {
+  bool runUntilContentIs(ui::MainContent wanted) {
     return runUntil([this, wanted] { return content() == wanted; });
   }
   /// After the press of an update: an old helper that ends late takes the new one's probe with it
@@ -160,10 +160,10 @@ class RealHelperApp : public LinkTest {
     for (int presses = 0; presses < 10; ++presses) {
       const auto end = std::chrono::steady_clock::now() + kPatience;
       runUntil([&] {
-        return content() == app::MainContent::live || std::chrono::steady_clock::now() > end;
+        return content() == ui::MainContent::live || std::chrono::steady_clock::now() > end;
       });
-      if (content() == app::MainContent::live) return true;
-      if (content() == app::MainContent::install) press();
+      if (content() == ui::MainContent::live) return true;
+      if (content() == ui::MainContent::install) press();
     }
     return false;
   }

@@ -21,7 +21,7 @@
 namespace pallimo::end_to_end {
 namespace {
 
-using app::MainContent;
+using ui::MainContent;
 
 class HelperLifeTest : public RealHelperApp {
  protected:

@@ -80,7 +80,7 @@ struct FakePlatform {
             .files = desktop.files,
             .userNotifications = desktop.userNotifications,
             .randomNumbers = desktop.randomNumbers,
-            .softwareUpdater = &desktop.softwareUpdater,
+            .softwareUpdater = desktop.softwareUpdater,
             .analyticsClient = desktop.analyticsClient,
             .screens = desktop.screens,
             .processInformation = desktop.processInformation,

@@ -66,7 +66,8 @@ class MemoryUserDefaults final : public ports::UserDefaults {
 
   void setBool(std::string_view key, bool value) override { store(key, value); }
   void setInteger(std::string_view key, std::int64_t value) override { store(key, value); }
-  void setDouble(std::string_view key, double value) override { store(key, value); }
+  /// As somebody stores it by hand; the app writes no number with a fraction.
+  void setDouble(std::string_view key, double value) { store(key, value); }
   void setText(std::string_view key, std::string_view value) override {
     store(key, std::string(value));
   }

@@ -7,7 +7,7 @@
 namespace pallimo::scenarios {
 namespace {
 
-using app::MainContent;
+using ui::MainContent;
 
 const std::string kRequest = "requestPowermetrics 500.000000";
 

@@ -181,7 +181,7 @@ class RecordedMac {
             .files = desktop_.files,
             .userNotifications = desktop_.userNotifications,
             .randomNumbers = desktop_.randomNumbers,
-            .softwareUpdater = &desktop_.softwareUpdater,
+            .softwareUpdater = desktop_.softwareUpdater,
             .analyticsClient = desktop_.analyticsClient,
             .screens = desktop_.screens,
             .processInformation = desktop_.processInformation,

@@ -32,7 +32,7 @@ class QtHttpClient final : public ports::HttpClient {
   ~QtHttpClient() override;
 
   void send(const ports::HttpRequest& request) override;
-  /// The requests that are neither answered nor failed.
+  /// The requests that are neither answered nor failed. For whoever waits for them, as tests do.
   std::size_t underWay() const;
 
  private:

@@ -77,10 +77,6 @@ void QtUserDefaults::setInteger(std::string_view key, std::int64_t value) {
   setText(key, textOfInteger(value));
 }
 
-void QtUserDefaults::setDouble(std::string_view key, double value) {
-  setText(key, textOfDouble(value));
-}
-
 void QtUserDefaults::setText(std::string_view key, std::string_view value) {
   {
     base::MutexLock lock(mutex_);

@@ -34,7 +34,6 @@ class QtUserDefaults final : public ports::UserDefaults {
 
   void setBool(std::string_view key, bool value) override;
   void setInteger(std::string_view key, std::int64_t value) override;
-  void setDouble(std::string_view key, double value) override;
   void setText(std::string_view key, std::string_view value) override;
   void remove(std::string_view key) override;
 

@@ -3,10 +3,8 @@
 
 #include "adapters/qt/settings_text.h"
 
-#include <array>
 #include <cctype>
 #include <cmath>
-#include <cstdio>
 #include <cstdlib>
 #include <limits>
 
@@ -29,17 +27,6 @@ bool isWordForTrue(const std::string& text) {
 std::string textOfBool(bool value) { return value ? "true" : "false"; }
 
 std::string textOfInteger(std::int64_t value) { return std::to_string(value); }
-
-std::string textOfDouble(double value) {
-  const base::CLocaleScope cLocale;
-  std::array<char, 40> text;
-  // The shortest of the precisions that bring the number back: 0.1 stays "0.1".
-  for (const int digits : {15, 16, 17}) {
-    std::snprintf(text.data(), text.size(), "%.*g", digits, value);
-    if (std::strtod(text.data(), nullptr) == value) break;
-  }
-  return text.data();
-}
 
 bool boolOfText(const std::string& text) {
   const double number = doubleOfText(text);

@@ -10,12 +10,10 @@ namespace pallimo::adapters::qt {
 
 // Settings are kept as text, whatever their kind, so that a file written by hand reads as well as
 // one written by the app. Reading is lenient: what can't be converted is false or 0. Numbers are
-// written and read in the C locale. Pure.
+// read in the C locale. Pure.
 
 std::string textOfBool(bool value);
 std::string textOfInteger(std::int64_t value);
-/// Reads back as exactly the same number.
-std::string textOfDouble(double value);
 
 /// "true" and "yes" in any case, and every number but 0.
 bool boolOfText(const std::string& text);

@@ -11,10 +11,6 @@
 
 namespace pallimo::adapters::simulated {
 
-/// The machine's SMC: about 300 keys in the SMC's own order (of their bytes) with types, sizes and
-/// their values at rest, "#KEY" first. A pure function; any thread.
-RecordedSmc smcOf(const MachineDescription& machine);
-
 /// What the sensors of a built-in machine answer, moment by moment: temperatures over SMC and HID,
 /// processor ticks and the graphics accelerator. A function of machine, seed and time, as far as
 /// MachinePast is one; the object remembers the way it has come, so that a moment costs the time

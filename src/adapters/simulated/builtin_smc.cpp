@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 The Pallimo authors
 
+#include "adapters/simulated/builtin_smc.h"
+
 #include <algorithm>
 #include <array>
 #include <cstddef>
@@ -8,7 +10,6 @@
 #include <string_view>
 #include <utility>
 
-#include "adapters/simulated/builtin_sensors.h"
 #include "adapters/simulated/smc_value.h"
 
 namespace pallimo::adapters::simulated {

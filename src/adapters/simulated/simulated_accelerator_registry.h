@@ -34,7 +34,7 @@ class SimulatedAcceleratorRegistry final : public ports::AcceleratorRegistry {
   std::optional<base::PropertyList> properties(std::uint32_t entry) override;
   void release(std::uint32_t object) override;
 
-  /// How many entries and iterators nobody has released.
+  /// How many entries and iterators nobody has released. For whoever checks its users.
   std::size_t openHandles() const;
 
  private:

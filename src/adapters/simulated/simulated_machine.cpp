@@ -8,7 +8,7 @@
 #include <utility>
 
 #include "adapters/simulated/builtin_machine.h"
-#include "adapters/simulated/builtin_sensors.h"
+#include "adapters/simulated/builtin_smc.h"
 #include "adapters/simulated/displays_report.h"
 #include "adapters/simulated/json_node.h"
 #include "adapters/simulated/machines.h"

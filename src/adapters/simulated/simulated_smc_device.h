@@ -39,7 +39,7 @@ class SimulatedSmcDevice final : public ports::SmcDevice {
   /// A handle that is not open is ignored.
   void close(std::uint32_t connection) override;
 
-  /// How many handles nobody has closed.
+  /// How many handles nobody has closed. For whoever checks its users.
   std::size_t openHandles() const { return handles_.size(); }
 
  private:

@@ -51,7 +51,7 @@ LinuxPlatform::LinuxPlatform(Parts parts)
                 .files = files_,
                 .userNotifications = notices_,
                 .randomNumbers = random_,
-                .softwareUpdater = &updater_,
+                .softwareUpdater = updater_,
                 .analyticsClient = *analytics_.client,
                 .screens = screens_,
                 .processInformation = processInformation_,

@@ -6,6 +6,7 @@
 #include <memory>
 #include <string>
 
+#include "adapters/common/no_software_updater.h"
 #include "adapters/common/stream_console.h"
 #include "adapters/common/syslog_log.h"
 #include "adapters/common/system_random.h"
@@ -14,7 +15,6 @@
 #include "adapters/linux/dbus_helper_connection.h"
 #include "adapters/linux/desktop_notifications.h"
 #include "adapters/linux/helper_installation.h"
-#include "adapters/linux/no_software_updater.h"
 #include "adapters/linux/state_folder.h"
 #include "adapters/linux/user_authorization.h"
 #include "adapters/prometheus/prometheus_metrics_server.h"
@@ -76,7 +76,8 @@ class LinuxPlatform final : public PlatformOwner {
   const adapters::libplist::LibplistReader propertyLists_;
   adapters::linux::DesktopNotifications notices_;
   adapters::common::SystemRandom random_;
-  adapters::linux::NoSoftwareUpdater updater_;
+  /// Here the app comes from a source that has its own updates.
+  adapters::common::NoSoftwareUpdater updater_{"updates are only available in the macOS app"};
   const Analytics analytics_;
   const adapters::qt::QtScreens screens_;
   const adapters::qt::QtProcessInformation processInformation_;

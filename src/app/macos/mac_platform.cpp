@@ -63,7 +63,7 @@ MacPlatform::MacPlatform(Parts parts)
                 .files = files_,
                 .userNotifications = *notices_,
                 .randomNumbers = random_,
-                .softwareUpdater = updater_.get(),
+                .softwareUpdater = *updater_,
                 .analyticsClient = *analytics_.client,
                 .screens = screens_,
                 .processInformation = *processInformation_,

@@ -55,7 +55,7 @@ class MacPlatform final : public PlatformOwner {
   const adapters::libplist::LibplistReader propertyLists_;
   const std::unique_ptr<ports::UserNotifications> notices_;
   adapters::common::SystemRandom random_;
-  const std::unique_ptr<ports::SoftwareUpdater> updater_;  // null in a build without one
+  const std::unique_ptr<ports::SoftwareUpdater> updater_;
   const Analytics analytics_;
   const adapters::qt::QtScreens screens_;
   const std::unique_ptr<ports::ProcessInformation> processInformation_;

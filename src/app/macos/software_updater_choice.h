@@ -9,8 +9,8 @@
 
 namespace pallimo::app::macos {
 
-/// The updater of this build: Sparkle, or nothing in a build that has no key for releases. The
-/// build picks one of two definitions.
+/// The updater of this build: Sparkle, or one that never starts in a build that has no key for
+/// releases. Never null. The build picks one of two definitions.
 std::unique_ptr<ports::SoftwareUpdater> softwareUpdater();
 
 }  // namespace pallimo::app::macos

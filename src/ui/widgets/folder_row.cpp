@@ -3,6 +3,8 @@
 
 #include "ui/widgets/folder_row.h"
 
+#include <QAbstractFileIconProvider>
+#include <QFileInfo>
 #include <QFontMetricsF>
 #include <QPainter>
 #include <QPainterPath>
@@ -23,7 +25,11 @@ QFont pathFont() { return systemFont(text_size::kBody); }
 
 }  // namespace
 
-QIcon themeFolderIcon(const QString&) { return QIcon::fromTheme(QStringLiteral("folder")); }
+QIcon desktopFolderIcon(const QString& path) {
+  const QFileInfo folder(path);
+  const QAbstractFileIconProvider icons;
+  return folder.isDir() ? icons.icon(folder) : icons.icon(QAbstractFileIconProvider::Folder);
+}
 
 FolderRow::FolderRow(Icons icons, QWidget* parent) : QLabel(parent), icons_(std::move(icons)) {}
 

@@ -43,7 +43,8 @@ class FolderRow final : public QLabel {
   QIcon icon_;
 };
 
-/// The icon that the desktop's theme has for folders; a null one without a theme.
-QIcon themeFolderIcon(const QString& path);
+/// The icon that the desktop shows that folder with, or folders at all if it is none that is there;
+/// a null one where the desktop has no icons.
+QIcon desktopFolderIcon(const QString& path);
 
 }  // namespace pallimo::ui::widgets

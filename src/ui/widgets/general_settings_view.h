@@ -24,7 +24,7 @@ struct LogFolderServices {
   std::function<std::optional<std::string>()> desktopFolder;
   IsDirectory isDirectory = isExistingFolder;
   FolderChooser chooser = chooseFolder;
-  FolderRow::Icons icons = themeFolderIcon;
+  FolderRow::Icons icons = desktopFolderIcon;
 };
 
 /// The tab "General": the temperature unit and the log folder. Main thread.

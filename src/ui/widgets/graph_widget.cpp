@@ -24,25 +24,7 @@ namespace pallimo::ui::widgets {
 namespace {
 
 constexpr double kLabelHeight = 10;
-constexpr double kWidestLabel = 24;
-constexpr double kSmallestLabel = 6;
 constexpr int kAgeingMs = 1000;
-
-double widestOf(const std::vector<std::string>& labels, const QFont& font) {
-  const QFontMetricsF metrics(font);
-  double widest = 0;
-  for (const std::string& label : labels) {
-    widest = std::max(widest, metrics.horizontalAdvance(QString::fromStdString(label)));
-  }
-  return widest;
-}
-
-// Smaller than the system's footnote where a label of four digits would not have its place.
-QFont labelFont(const std::vector<std::string>& labels) {
-  double size = text_size::kFootnote;
-  while (size > kSmallestLabel && widestOf(labels, systemFont(size)) > kWidestLabel) --size;
-  return systemFont(size);
-}
 
 // "CPU 3.10, GPU 0.52, 12 s ago".
 QString spokenReadout(const Readout& readout) {
@@ -132,7 +114,7 @@ void GraphWidget::paintBox(QPainter& painter) {
 }
 
 void GraphWidget::paintLabels(QPainter& painter) const {
-  const QFont font = labelFont(graph_.axisLabels);
+  const QFont font = systemFont(text_size::kFootnote);
   const QFontMetricsF metrics(font);
   painter.setFont(font);
   painter.setPen(toColor(colorsOf(scheme_).secondaryText));

@@ -35,8 +35,8 @@ class GraphWidget final : public QWidget {
 
   /// Points above and below the box, half a label and its shadow of a row.
   static constexpr int kLabelMargin = 5;
-  /// Points at the right of the box. The label column is 20 wide; what is longer than that still
-  /// has its place.
+  /// Points at the right of the box: a label begins 4 from it, and the longest have three digits,
+  /// whose width is the system font's own affair. A panel has this column reach into its padding.
   static constexpr int kLabelRoom = 30;
 
   /// At least one axis label.

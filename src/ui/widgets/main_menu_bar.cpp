@@ -46,20 +46,10 @@ MainMenuBar::MainMenuBar(const MainMenu& menu, QWidget& window, bool isShared)
 MainMenuBar::~MainMenuBar() = default;
 
 void MainMenuBar::add(QMenu& menu, const MenuBarItem& item) {
-  QAction* action = menu.addAction(QString::fromStdString(item.title));
+  QAction* action = addItem(menu, item.title, item.action, item.isChecked);
   action->setMenuRole(qtRole(item.role));
   if (item.shortcut != 0) {
     action->setShortcut(QKeySequence(QStringLiteral("Ctrl+") + QLatin1Char(item.shortcut)));
-  }
-  if (item.isChecked) {
-    action->setCheckable(true);
-    QObject::connect(action, &QAction::triggered, &window_,
-                     [this, setOn = item.isChecked->setOn](bool isOn) {
-                       setOn(isOn);
-                       refresh();
-                     });
-  } else {
-    QObject::connect(action, &QAction::triggered, &window_, [run = item.action] { run(); });
   }
   items_.push_back({action, item});
 }

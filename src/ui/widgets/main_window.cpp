@@ -116,8 +116,8 @@ void MainWindow::refresh() {
 }
 
 void MainWindow::showContent(MainWindowContent content) {
-  const bool isLive = content.screen == MainScreen::live;
-  const bool hasHeader = content.screen != MainScreen::refusal;
+  const bool isLive = content.screen == MainContent::live;
+  const bool hasHeader = content.screen != MainContent::refusal;
   if (content.title != shownTitle_) {
     shownTitle_ = content.title;
     title_->setContent(content.title);

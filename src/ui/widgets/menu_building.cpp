@@ -39,24 +39,6 @@ QIcon tick(ColorScheme scheme) {
   return icon;
 }
 
-void addRow(QMenu& menu, const MenuItem& row) {
-  const QString title = QString::fromStdString(row.title);
-  switch (kindOf(row)) {
-    case MenuItemKind::separator:
-      menu.addSeparator();
-      return;
-    case MenuItemKind::toggle: {
-      QAction* action = menu.addAction(title);
-      action->setCheckable(true);
-      QObject::connect(action, &QAction::triggered, &menu, row.isChecked->setOn);
-      return;
-    }
-    case MenuItemKind::command:
-      QObject::connect(menu.addAction(title), &QAction::triggered, &menu,
-                       [run = row.action] { run(); });
-  }
-}
-
 }  // namespace
 
 void styleMenu(QMenu& menu, ColorScheme scheme) {
@@ -80,10 +62,31 @@ void showTick(QAction& action, ColorScheme scheme) {
   action.setIcon(action.isChecked() ? tick(scheme) : QIcon());
 }
 
+QAction* addItem(QMenu& menu, const std::string& title, const std::function<void()>& action,
+                 const std::optional<SwitchBinding>& isChecked) {
+  QAction* item = menu.addAction(QString::fromStdString(title));
+  if (isChecked) {
+    item->setCheckable(true);
+    QObject::connect(item, &QAction::triggered, &menu, [item, isChecked = *isChecked](bool isOn) {
+      isChecked.setOn(isOn);
+      item->setChecked(isChecked.isOn());
+    });
+  } else {
+    QObject::connect(item, &QAction::triggered, &menu, [action] { action(); });
+  }
+  return item;
+}
+
 void fillMenu(QMenu& menu, const std::vector<MenuItem>& rows, ColorScheme scheme) {
   styleMenu(menu, scheme);
   menu.clear();
-  for (const MenuItem& row : rows) addRow(menu, row);
+  for (const MenuItem& row : rows) {
+    if (kindOf(row) == MenuItemKind::separator) {
+      menu.addSeparator();
+    } else {
+      addItem(menu, row.title, row.action, row.isChecked);
+    }
+  }
   refreshMenu(menu, rows, scheme);
 }
 

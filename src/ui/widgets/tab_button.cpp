@@ -63,10 +63,16 @@ void paintGear(QPainter& painter, QPointF middle) {
   painter.drawPath(gear);
 }
 
+struct Symbol {
+  std::string_view name;
+  void (*paint)(QPainter& painter, QPointF middle);
+};
+constexpr Symbol kSymbols[] = {{"gear", paintGear}, {"rectangle.grid.1x2", paintRows}};
+
 }  // namespace
 
 TabButton::TabButton(const SettingsTabContent& tab, QWidget* parent)
-    : QAbstractButton(parent), tab_(tab.tab) {
+    : QAbstractButton(parent), symbol_(tab.symbol) {
   setText(toText(tab.label));
   setCheckable(true);
   setAutoExclusive(true);
@@ -100,8 +106,9 @@ void TabButton::paintEvent(QPaintEvent*) {
   painter.setPen(QPen(toColor(isChecked() ? colors.accent : colors.secondaryText), kStroke,
                       Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
   painter.setBrush(Qt::NoBrush);
-  const QPointF middle(width() / 2.0, kSymbolMiddle);
-  tab_ == SettingsTab::general ? paintGear(painter, middle) : paintRows(painter, middle);
+  for (const Symbol& symbol : kSymbols) {
+    if (symbol.name == symbol_) symbol.paint(painter, QPointF(width() / 2.0, kSymbolMiddle));
+  }
   painter.setFont(labelFont());
   painter.drawText(QRect(0, kLabelTop, width(), kLabelHeight), Qt::AlignCenter, text());
 }

@@ -15,6 +15,7 @@ namespace pallimo::ui::widgets {
 /// arrow keys choose among them. Main thread.
 class TabButton final : public QAbstractButton {
  public:
+  /// The tab's texts outlive the button.
   TabButton(const SettingsTabContent& tab, QWidget* parent);
 
   static constexpr int kHeight = 44;
@@ -28,7 +29,7 @@ class TabButton final : public QAbstractButton {
   void keyPressEvent(QKeyEvent* event) override;
 
  private:
-  const SettingsTab tab_;
+  const std::string_view symbol_;
   ColorScheme scheme_ = ColorScheme::light;
 };
 

@@ -12,6 +12,7 @@
 #include "ui/widgets/settings_toolbar.h"
 #include "ui/widgets/tab_button.h"
 #include "ui/widgets/toggle_row.h"
+#include "unit/ui/widgets/no_double_clicks.h"
 
 namespace pallimo::end_to_end {
 namespace {
@@ -30,8 +31,7 @@ class Settings : public WindowApp {
   void flip(const char* key) const { click(*settings().extra().toggle(key)); }
   void pickByMouse(int index) const {
     widgets::ChoiceBox& picker = settings().general().temperature();
-    // A click that follows the opening one too soon is taken for its second half.
-    QApplication::setDoubleClickInterval(0);
+    const widgets::NoDoubleClicks theFirstOpensTheList;
     click(picker);
     QAbstractItemView& list = *picker.view();
     ASSERT_TRUE(QTest::qWaitForWindowExposed(list.window()));

@@ -16,6 +16,7 @@ namespace pallimo::app {
 namespace {
 
 using namespace std::chrono_literals;
+using ui::MainContent;
 
 /// A view on a helper that is the test.
 class ContentViewTest : public testing::Test {
@@ -34,7 +35,9 @@ class ContentViewTest : public testing::Test {
     platform_.helperConnector.latest()->replyVersion(version);
     platform_.mainQueue.run();
   }
-  std::string_view button() { return view().text().button; }
+  std::string_view button() {
+    return ui::mainContentText(view().content(), view().hideUpdateButton()).button;
+  }
 
   fakes::FakePlatform platform_;
   std::optional<GeneralModel> general_;

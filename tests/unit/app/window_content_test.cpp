@@ -44,7 +44,7 @@ class WindowContentTest : public testing::Test {
 
 TEST_F(WindowContentTest, WithoutAHelperIsTheInstallScreen) {
   start();
-  EXPECT_EQ(content().screen, ui::MainScreen::install);
+  EXPECT_EQ(content().screen, ui::MainContent::install);
   EXPECT_EQ(content().heading, "Welcome");
   EXPECT_EQ(content().button, "Install Helper");
   EXPECT_TRUE(content().panels.empty());
@@ -53,7 +53,7 @@ TEST_F(WindowContentTest, WithoutAHelperIsTheInstallScreen) {
 TEST_F(WindowContentTest, OnAnotherProcessorIsTheRefusal) {
   platform_.setCpuType(7);
   start();
-  EXPECT_EQ(content().screen, ui::MainScreen::refusal);
+  EXPECT_EQ(content().screen, ui::MainContent::refusal);
   EXPECT_EQ(content().text,
             "This app is only for Apple Silicon Cores.\nIt is not working on Intel Cores");
   EXPECT_EQ(content().button, "");
@@ -67,7 +67,7 @@ TEST_F(WindowContentTest, NamesTheMachine) {
 TEST_F(WindowContentTest, WithAUsableHelperHasTheFourPanelsInOrder) {
   start();
   helperIsInstalled();
-  EXPECT_EQ(content().screen, ui::MainScreen::live);
+  EXPECT_EQ(content().screen, ui::MainContent::live);
   EXPECT_EQ(panelTitles(),
             (std::vector<std::string>{"Power", "Frequency", "Temperature", "Utilization"}));
 }

@@ -248,7 +248,6 @@ class OvertakenDefaults final : public ports::UserDefaults {
   void setInteger(std::string_view key, std::int64_t value) override {
     settings_.setInteger(key, value);
   }
-  void setDouble(std::string_view key, double value) override { settings_.setDouble(key, value); }
   void setText(std::string_view key, std::string_view value) override {
     settings_.setText(key, value);
   }

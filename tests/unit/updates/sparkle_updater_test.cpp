@@ -15,7 +15,7 @@ using Lines = std::vector<std::string>;
 
 class SparkleUpdaterTest : public testing::Test {
  protected:
-  std::shared_ptr<SparkleUpdater> create() { return SparkleUpdater::create({&updater_, console_}); }
+  std::shared_ptr<SparkleUpdater> create() { return SparkleUpdater::create({updater_, console_}); }
 
   fakes::FakeSoftwareUpdater updater_;
   fakes::RecordingConsole console_;
@@ -69,11 +69,6 @@ TEST_F(SparkleUpdaterTest, ChecksWhenALaterStartSucceeds) {
   updater_.startError.reset();
   sparkle->checkForUpdates();
   EXPECT_EQ(updater_.calls, (Lines{"start", "start", "checkForUpdates"}));
-}
-
-TEST_F(SparkleUpdaterTest, DoesNothingWithoutAnUpdater) {
-  SparkleUpdater::create({nullptr, console_})->checkForUpdates();
-  EXPECT_TRUE(console_.lines().empty());
 }
 
 }  // namespace

@@ -3,8 +3,12 @@
 
 #include "app/macos/software_updater_choice.h"
 
+#include "adapters/common/no_software_updater.h"
+
 namespace pallimo::app::macos {
 
-std::unique_ptr<ports::SoftwareUpdater> softwareUpdater() { return nullptr; }
+std::unique_ptr<ports::SoftwareUpdater> softwareUpdater() {
+  return std::make_unique<adapters::common::NoSoftwareUpdater>("this build has no updater");
+}
 
 }  // namespace pallimo::app::macos

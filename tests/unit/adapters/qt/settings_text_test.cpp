@@ -5,7 +5,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <limits>
 
 namespace pallimo::adapters::qt {
@@ -42,20 +41,8 @@ TEST(SettingsText, IntegersAreReadLeniently) {
   EXPECT_EQ(integerOfText("-1e300"), std::numeric_limits<std::int64_t>::min());
 }
 
-TEST(SettingsText, DoublesReadBackAsTheSameNumber) {
-  for (const double value : {0.1, 1.0 / 3, 500.0, -1e-300, 1.7976931348623157e308, 0.1 + 0.2}) {
-    EXPECT_EQ(doubleOfText(textOfDouble(value)), value);
-  }
-  EXPECT_TRUE(std::isnan(doubleOfText(textOfDouble(std::nan("")))));
-}
-
-TEST(SettingsText, DoublesAreWrittenShortWithADecimalPoint) {
-  EXPECT_EQ(textOfDouble(500), "500");
-  EXPECT_EQ(textOfDouble(0.1), "0.1");
-  EXPECT_EQ(textOfDouble(2.75), "2.75");
-}
-
 TEST(SettingsText, DoublesAreReadLeniently) {
+  EXPECT_EQ(doubleOfText("0.1"), 0.1);
   EXPECT_EQ(doubleOfText("2.75 ms"), 2.75);
   EXPECT_EQ(doubleOfText("yes"), 1);
   EXPECT_EQ(doubleOfText(""), 0);

@@ -11,6 +11,7 @@
 #include <utility>
 #include <vector>
 
+#include "adapters/simulated/builtin_smc.h"
 #include "adapters/simulated/machines.h"
 #include "adapters/simulated/smc_value.h"
 #include "sampled_machine.h"

@@ -102,7 +102,7 @@ inline std::vector<Panel> widestPanels() {
   std::vector<Panel> panels = {examplePowerPanel(), exampleFrequencyPanel(),
                                exampleTemperaturePanel(), examplePairPanel()};
   for (ValueColumn& column : panels[0].columns) column.values[0].value = "1234.56";
-  panels[0].graph.axisLabels = {"1200", "1000", "800", "600", "400", "200", "0"};
+  panels[0].graph.axisLabels = {"800", "640", "480", "320", "160", "0"};
   panels[1].columns[0].values[0].value = "nan";
   panels[1].columns[1].values[0].value = "-1";
   panels[1].columns[2].values[0].value = "10.00";

@@ -5,6 +5,10 @@
 
 #include <gtest/gtest.h>
 
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
 #include "ui/widgets/colors.h"
 #include "unit/ui/widgets/kept_picture.h"
 #include "unit/ui/widgets/test_application.h"
@@ -89,8 +93,56 @@ TEST_F(FolderRowTest, AsksForTheIconOfTheSameFolderAgain) {
   EXPECT_EQ(pictureOf(row, 1).toImage().pixelColor(8, 10), QColor(Qt::green));
 }
 
-TEST_F(FolderRowTest, TakesTheThemesIconIfThereIsATheme) {
-  EXPECT_EQ(themeFolderIcon("/logs").isNull(), !QIcon::hasThemeIcon("folder"));
+/// A desktop whose one icon is that of folders, or one that has none.
+class Desktop {
+ public:
+  enum class Icons { none, ofFolders };
+
+  explicit Desktop(Icons icons) {
+    const QDir folder(folder_.path());
+    EXPECT_TRUE(folder.mkpath(QStringLiteral("desktop/16x16/places")));
+    QFile index(folder.filePath(QStringLiteral("desktop/index.theme")));
+    EXPECT_TRUE(index.open(QIODevice::WriteOnly));
+    index.write(
+        "[Icon Theme]\nName=Desktop\nDirectories=16x16/places\n"
+        "[16x16/places]\nSize=16\nType=Fixed\nContext=Places\n");
+    index.close();
+    if (icons == Icons::ofFolders) {
+      QImage green(16, 16, QImage::Format_RGB32);
+      green.fill(Qt::green);
+      EXPECT_TRUE(green.save(folder.filePath(QStringLiteral("desktop/16x16/places/folder.png"))));
+    }
+    QIcon::setThemeSearchPaths({folder_.path()});
+    QIcon::setFallbackSearchPaths({});
+    QIcon::setThemeName(QStringLiteral("desktop"));
+  }
+  ~Desktop() {
+    QIcon::setThemeSearchPaths(searchPaths_);
+    QIcon::setFallbackSearchPaths(fallbackPaths_);
+    QIcon::setThemeName(name_);
+  }
+
+  QString folder() const { return folder_.path(); }
+
+ private:
+  const QTemporaryDir folder_;
+  const QStringList searchPaths_ = QIcon::themeSearchPaths();
+  const QStringList fallbackPaths_ = QIcon::fallbackSearchPaths();
+  const QString name_ = QIcon::themeName();
+};
+
+TEST_F(FolderRowTest, TakesTheDesktopsIconOfAFolder) {
+  const Desktop desktop(Desktop::Icons::ofFolders);
+  for (const QString& path : {desktop.folder(), QStringLiteral("/no/such/folder")}) {
+    const QImage icon = desktopFolderIcon(path).pixmap(16, 16).toImage();
+    ASSERT_FALSE(icon.isNull()) << path.toStdString();
+    EXPECT_EQ(icon.pixelColor(8, 8), QColor(Qt::green)) << path.toStdString();
+  }
+}
+
+TEST_F(FolderRowTest, TakesNoIconWhereTheDesktopHasNone) {
+  const Desktop desktop(Desktop::Icons::none);
+  EXPECT_TRUE(desktopFolderIcon(desktop.folder()).isNull());
 }
 
 }  // namespace

@@ -12,6 +12,7 @@
 
 #include "ui/widgets/colors.h"
 #include "unit/ui/widgets/kept_picture.h"
+#include "unit/ui/widgets/no_double_clicks.h"
 #include "unit/ui/widgets/settings_window_fixture.h"
 
 namespace pallimo::ui::widgets {
@@ -72,16 +73,13 @@ TEST_F(GeneralSettingsViewTest, OffersTwoTemperatureUnits) {
 }
 
 TEST_F(GeneralSettingsViewTest, StoresTheUnitThatIsClicked) {
-  const int interval = QApplication::doubleClickInterval();
-  // The click that opened the list must not be taken for one that chooses.
-  QApplication::setDoubleClickInterval(0);
+  const NoDoubleClicks theFirstOpensTheList;
   shown();
   QTest::mouseClick(&temperature(), Qt::LeftButton);
   settle();
   auto* list = temperature().view();
   QTest::mouseClick(list->viewport(), Qt::LeftButton, Qt::NoModifier,
                     list->visualRect(list->model()->index(1, 0)).center());
-  QApplication::setDoubleClickInterval(interval);
   EXPECT_EQ(defaults_.integerForKey(settings_key::kTemperatureUnit), 1);
   settleSettings();
   EXPECT_EQ(temperature().currentText(), "℉ — Fahrenheit");

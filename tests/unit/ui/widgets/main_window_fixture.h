@@ -27,7 +27,7 @@
 namespace pallimo::ui::widgets {
 
 inline MainWindowContent refusalContent() {
-  return {MainScreen::refusal,
+  return {MainContent::refusal,
           "",
           "This app is only for Apple Silicon Cores.\nIt is not working on Intel Cores",
           "",
@@ -36,7 +36,7 @@ inline MainWindowContent refusalContent() {
 }
 
 inline MainWindowContent installContent() {
-  return {MainScreen::install,
+  return {MainContent::install,
           "Welcome",
           "\nBefore to start you need to install the Pallimo Powermetrics Helper\n",
           "Install Helper",
@@ -45,7 +45,7 @@ inline MainWindowContent installContent() {
 }
 
 inline MainWindowContent updateContent() {
-  return {MainScreen::update,
+  return {MainContent::update,
           "",
           "\nThe Pallimo Powermetrics Helper need being updated\n",
           "Update Helper",
@@ -54,7 +54,7 @@ inline MainWindowContent updateContent() {
 }
 
 inline MainWindowContent liveContentAt(int moment) {
-  return {MainScreen::live, "", "", "", exampleTitle(), examplePanels(moment)};
+  return {MainContent::live, "", "", "", exampleTitle(), examplePanels(moment)};
 }
 
 /// A main window on an app that only writes down what it is asked to do.
@@ -135,7 +135,7 @@ class MainWindowFixture : public testing::Test {
                             [this](bool isOn) { isLogEnabled_ = isOn; }};
     MainWindowActions actions{[this] {
                                 done_.push_back("press");
-                                if (content_.screen == MainScreen::update) content_.button = "";
+                                if (content_.screen == MainContent::update) content_.button = "";
                               },
                               {note("check"), note("uninstall"), log, note("settings"),
                                note("store"), note("social"), note("contact"), note("quit")},

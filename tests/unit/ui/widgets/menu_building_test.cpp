@@ -77,6 +77,14 @@ TEST_F(MenuBuilding, LeavesATickThatIsThereAlone) {
   EXPECT_EQ(changes, 0);
 }
 
+TEST_F(MenuBuilding, ASwitchThatIsRefusedStaysAsItIs) {
+  MenuItem toggle{.title = "Switch"};
+  toggle.isChecked = SwitchBinding{[] { return false; }, [](bool) {}};
+  fillMenu(menu_, {toggle}, ColorScheme::light);
+  row(0)->trigger();
+  EXPECT_FALSE(row(0)->isChecked());
+}
+
 TEST_F(MenuBuilding, GreysOutWhatIsDisabled) {
   isDisabled_ = true;
   fill();

@@ -7,6 +7,7 @@
 
 #include <QApplication>
 #include <QLabel>
+#include <cstdlib>
 #include <thread>
 
 #include "ui/widgets/colors.h"
@@ -60,6 +61,26 @@ TEST_F(SettingsWindowTest, DrawsASymbolOfItsOwnOnEachTab) {
     EXPECT_NE(symbol, blank);
   }
   EXPECT_NE(symbols[0], symbols[1]);
+}
+
+/// By how much a tab's symbol differs from itself after a quarter turn, the average pixel of 255.
+double turnChanges(TabButton& tab) {
+  const QImage symbol = pictureOf(tab).toImage().copy(tab.width() - 18, 12, 36, 36);
+  const QImage turned = symbol.transformed(QTransform().rotate(90));
+  int difference = 0;
+  for (int y = 0; y < 36; ++y) {
+    for (int x = 0; x < 36; ++x) {
+      difference +=
+          std::abs(symbol.pixelColor(x, y).lightness() - turned.pixelColor(x, y).lightness());
+    }
+  }
+  return difference / (36.0 * 36);
+}
+
+TEST_F(SettingsWindowTest, DrawsAGearForTheFirstTabAndRowsForTheSecond) {
+  shown();
+  EXPECT_LT(turnChanges(window().toolbar().tabButton(SettingsTab::general)), 3);
+  EXPECT_GT(turnChanges(window().toolbar().tabButton(SettingsTab::extra)), 10);
 }
 
 TEST_F(SettingsWindowTest, ComesBackWhenItWasMinimised) {

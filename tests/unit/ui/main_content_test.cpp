@@ -1,32 +1,30 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 The Pallimo authors
 
-#include "app/main_content.h"
+#include "ui/main_content.h"
 
 #include <gtest/gtest.h>
 
-namespace pallimo::app {
+namespace pallimo::ui {
 namespace {
 
-using helper_link::Processor;
-
 TEST(MainContent, AnotherProcessorIsRefusedWhateverTheFlagsSay) {
-  EXPECT_EQ(mainContent(Processor::other, false, false), MainContent::refusal);
-  EXPECT_EQ(mainContent(Processor::other, true, false), MainContent::refusal);
-  EXPECT_EQ(mainContent(Processor::other, false, true), MainContent::refusal);
+  EXPECT_EQ(mainContent(false, false, false), MainContent::refusal);
+  EXPECT_EQ(mainContent(false, true, false), MainContent::refusal);
+  EXPECT_EQ(mainContent(false, false, true), MainContent::refusal);
 }
 
 TEST(MainContent, AnAuthorisedHelperGivesLiveFiguresEvenWhenAnUpdateIsNeeded) {
-  EXPECT_EQ(mainContent(Processor::appleSilicon, true, false), MainContent::live);
-  EXPECT_EQ(mainContent(Processor::appleSilicon, true, true), MainContent::live);
+  EXPECT_EQ(mainContent(true, true, false), MainContent::live);
+  EXPECT_EQ(mainContent(true, true, true), MainContent::live);
 }
 
 TEST(MainContent, AnOldHelperGivesTheUpdateScreen) {
-  EXPECT_EQ(mainContent(Processor::appleSilicon, false, true), MainContent::update);
+  EXPECT_EQ(mainContent(true, false, true), MainContent::update);
 }
 
 TEST(MainContent, NoUsableHelperGivesTheInstallScreen) {
-  EXPECT_EQ(mainContent(Processor::appleSilicon, false, false), MainContent::install);
+  EXPECT_EQ(mainContent(true, false, false), MainContent::install);
 }
 
 void expectShown(const MainContentText& shown, const MainContentText& expected) {
@@ -69,4 +67,4 @@ TEST(MainContentText, AHiddenUpdateButtonHidesNothingElse) {
 }
 
 }  // namespace
-}  // namespace pallimo::app
+}  // namespace pallimo::ui

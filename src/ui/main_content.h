@@ -5,11 +5,9 @@
 
 #include <string_view>
 
-#include "helper_link/xpc_manager.h"
+namespace pallimo::ui {
 
-namespace pallimo::app {
-
-/// What the main content shows at its top level; --headless acts on the same answer.
+/// What the main window shows at its top level; --headless acts on the same answer.
 enum class MainContent {
   refusal,  ///< the processor is not Apple silicon
   live,     ///< figures and graphs
@@ -18,9 +16,8 @@ enum class MainContent {
 };
 
 /// The first of the conditions that holds, in the order of the enumeration. Pure.
-constexpr MainContent mainContent(helper_link::Processor processor, bool isAuthorized,
-                                  bool isUpdateNeeded) {
-  if (processor != helper_link::Processor::appleSilicon) return MainContent::refusal;
+constexpr MainContent mainContent(bool isAppleSilicon, bool isAuthorized, bool isUpdateNeeded) {
+  if (!isAppleSilicon) return MainContent::refusal;
   if (isAuthorized) return MainContent::live;
   return isUpdateNeeded ? MainContent::update : MainContent::install;
 }
@@ -53,4 +50,4 @@ constexpr MainContentText mainContentText(MainContent content, bool hideUpdateBu
   return {"", "", ""};
 }
 
-}  // namespace pallimo::app
+}  // namespace pallimo::ui
