@@ -11,6 +11,7 @@ check_packages_debian="git clang-16 libc++-16-dev libc++abi-16-dev libclang-rt-1
   musl-dev clang-format-16 clang-tidy-16 googletest libbenchmark-dev"
 count_packages_debian="libbenchmark-dev valgrind"
 picture_packages_debian="fonts-inter imagemagick librsvg2-bin optipng xdotool xvfb"
+soak_packages_debian="xdotool xvfb"
 measure_packages_debian="conky-std dbus-daemon fonts-inter gnome-system-monitor openbox xdotool xvfb"
 
 build_packages_brew="cmake ninja pkg-config qt libplist nlohmann-json prometheus-cpp"
@@ -113,7 +114,7 @@ install_brew() {
   done
 }
 
-# install_packages SET...: SET is build, test, check, count, picture or measure.
+# install_packages SET...: SET is build, test, check, count, picture, measure or soak.
 install_packages() {
   local set manager packages=""
   if command -v dpkg-query >/dev/null 2>&1; then

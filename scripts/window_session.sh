@@ -2,7 +2,7 @@
 # SPDX-FileCopyrightText: 2026 The Pallimo authors
 #
 # A screen of one's own and the real program on it, for scripts that look at the window. Sourced by
-# take_pictures and measure_window, which set $pallimo. What was started is ended with the script.
+# take_pictures, measure_window and soak, which set $pallimo. What was started is ended with the script.
 # shellcheck shell=bash disable=SC2154
 
 session=$(mktemp -d)
@@ -12,6 +12,7 @@ end_session() {
   local process
   for process in $session_processes; do
     kill "$process" 2>/dev/null || true
+    kill -CONT "$process" 2>/dev/null || true
     wait "$process" 2>/dev/null || true
   done
   rm -rf "$session"
@@ -21,6 +22,11 @@ trap 'exit 1' INT TERM
 
 # keep PROCESS: it is ended with the script.
 keep() { session_processes="$1 $session_processes"; }
+# forget PROCESS: it has ended, and its number may be another's by now.
+forget() {
+  session_processes=" $session_processes"
+  session_processes=${session_processes/ $1 / }
+}
 
 # Nothing of the user's desktop: no session bus, no settings, no theme, one font.
 prepare_environment() {
@@ -82,14 +88,15 @@ window_of() { timeout 30 xdotool search --sync --onlyvisible --pid "$1" | tail -
 
 height_of() { xdotool getwindowgeometry --shell "$1" | sed -n 's/^HEIGHT=//p'; }
 
-# start_pallimo NAME SETTINGS [OPTION...]: with a state folder of its own; $app and $window name the
-# program's process and its window, which shows the install screen.
+# start_pallimo NAME SETTINGS [OPTION...]: with a state folder of its own, NAME in $session, and
+# beside it what it says, NAME.log and NAME.errors; $app and $window name the program's process and
+# its window, which shows the install screen unless that folder holds a helper.
 start_pallimo() {
   state="$session/$1"
   mkdir -p "$state"
   printf '[General]\n%s\n' "$2" >"$state/settings.ini"
   shift 2
-  "$pallimo" --state-dir "$state" "$@" >"$state.log" 2>&1 &
+  "$pallimo" --state-dir "$state" "$@" >"$state.log" 2>"$state.errors" &
   app=$!
   keep "$app"
   window=$(window_of "$app")
@@ -109,6 +116,16 @@ install_helper() {
     }
   done
   xdotool mousemove $((left + 600 * $1)) $((top + 20 * $1))
+}
+
+# The helper is found by the file that it runs, in the state folder.
+helper_of() { # STATE
+  local process
+  for process in /proc/[0-9]*; do
+    case "$(readlink "$process/exe" 2>/dev/null)" in
+      "$1"/*) echo "${process#/proc/}" ;;
+    esac
+  done
 }
 
 end_pallimo() {

@@ -59,6 +59,12 @@ class FakeUserNotifications final : public ports::UserNotifications {
     for (const auto& each : added()) texts.push_back(each.title + ": " + each.subtitle);
     return texts;
   }
+  /// Forgets calls and notices, but no request for authorisation.
+  void forget() {
+    base::MutexLock lock(mutex_);
+    std::vector<std::string>().swap(calls_);
+    std::vector<ports::UserNotification>().swap(added_);
+  }
 
  private:
   std::vector<AuthorizationAnswer> takeAnswers() {

@@ -65,6 +65,12 @@ class MemoryFileStore final : public ports::FileStore {
     base::MutexLock lock(mutex_);
     return writes_;
   }
+  /// Forgets what was written so far.
+  void forget() {
+    base::MutexLock lock(mutex_);
+    files_.clear();
+    std::vector<std::string>().swap(writes_);
+  }
   /// Bytes of the longest piece that any file came in.
   std::size_t longestPiece() const {
     base::MutexLock lock(mutex_);

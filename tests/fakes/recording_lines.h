@@ -24,6 +24,10 @@ class Lines {
     base::MutexLock lock(mutex_);
     return lines_;
   }
+  void forget() {
+    base::MutexLock lock(mutex_);
+    std::vector<std::string>().swap(lines_);
+  }
 
  private:
   mutable base::Mutex mutex_;
@@ -34,6 +38,7 @@ class RecordingConsole final : public ports::Console {
  public:
   void writeLine(std::string_view line) override { lines_.add(line); }
   std::vector<std::string> lines() const { return lines_.all(); }
+  void forget() { lines_.forget(); }
 
  private:
   Lines lines_;
