@@ -11,6 +11,7 @@
 #include "adapters/libplist/libplist_reader.h"
 #include "adapters/simulated/builtin_machine.h"
 #include "adapters/simulated/builtin_sensors.h"
+#include "adapters/simulated/builtin_smc.h"
 #include "adapters/simulated/simulated_sensors.h"
 #include "adapters/simulated/simulated_system_controls.h"
 #include "adapters/simulated/step_source.h"
