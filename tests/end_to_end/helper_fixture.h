@@ -18,9 +18,9 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <memory>
 #include <optional>
+#include <sstream>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -60,9 +60,11 @@ inline constexpr const char* kEmbeddedHelper =
 inline constexpr const char* kOlderHelper =
     PALLIMO_BIN_DIR "/../tests/older/com.ostrovane.powermetrics";
 
+/// At once: a program of megabytes, read letter by letter, would take seconds.
 inline std::string contents(const fs::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+  std::ostringstream text;
+  text << std::ifstream(path, std::ios::binary).rdbuf();
+  return text.str();
 }
 
 /// A file of /proc that is empty for a moment while its process becomes another program.

@@ -16,7 +16,6 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <optional>
 #include <sstream>
 #include <string>
@@ -104,8 +103,9 @@ class VirtualScreen {
   const std::string& display() const { return display_; }
 
   ScreenPicture picture() const {
-    std::ifstream file(folder_ / "Xvfb_screen0", std::ios::binary);
-    return ScreenPicture({std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()});
+    std::ostringstream pixels;
+    pixels << std::ifstream(folder_ / "Xvfb_screen0", std::ios::binary).rdbuf();
+    return ScreenPicture(pixels.str());
   }
 
   /// What xdotool prints for these arguments.
