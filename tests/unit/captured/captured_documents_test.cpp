@@ -18,6 +18,7 @@
 #include <vector>
 
 #include "adapters/libplist/libplist_reader.h"
+#include "adapters/libplist/wanted_part.h"
 #include "sampling/sample_parser.h"
 
 namespace pallimo::sampling {
@@ -87,11 +88,25 @@ TEST(CapturedDocuments, AreTheOnesThatTheseTestsKnow) {
 }
 
 TEST(CapturedDocuments, AllParse) {
+  const adapters::libplist::LibplistReader reader;
   for (const auto& file : capturedFiles()) {
     for (const std::string& document : documents(file)) {
-      const PropertyList sample = parse(document);
-      ASSERT_NE(sample.find("hw_model"), nullptr) << file;
-      EXPECT_TRUE(sample.find("elapsed_ns")->isNumber()) << file;
+      const auto whole =
+          reader.read({reinterpret_cast<const std::uint8_t*>(document.data()), document.size()});
+      ASSERT_TRUE(whole && whole->find("hw_model") != nullptr) << file;
+      EXPECT_TRUE(whole->find("elapsed_ns")->isNumber()) << file;
+      EXPECT_NE(parse(document).find("gpu"), nullptr) << file;
+    }
+  }
+}
+
+// Otherwise libplist would make a tree of all of it, which costs five times as much.
+TEST(CapturedDocuments, AreAllSoPlainThatTheyCanBeReadInPart) {
+  const ports::Wanted energy{{"processor", {{"cpu_energy"}}}};
+  for (const auto& file : capturedFiles()) {
+    for (const std::string& document : documents(file)) {
+      std::string scratch;
+      EXPECT_LT(adapters::libplist::wantedPart(document, energy, scratch).size(), 2'000U) << file;
     }
   }
 }
