@@ -33,7 +33,7 @@ TemperatureReadings SGM1SensorTemperature::readGPUTemperatures() {
   return smcTmp_ ? smcTmp_->readGPUTemperatures() : hid_.readHIDGPUTemperatures();
 }
 
-const char* SGM1SensorTemperature::chooseSensorType(std::string_view machineModel) {
+std::string_view SGM1SensorTemperature::chooseSensorType(std::string_view machineModel) {
   const bool isOnHID =
       std::find(kModelsOnHID.begin(), kModelsOnHID.end(), machineModel) != kModelsOnHID.end();
   return isOnHID ? kPMU : kSMC;

@@ -28,11 +28,11 @@ class SGM1SensorTemperature {
     ports::HidSensors& hid;
   };
 
-  static constexpr const char* kSMC = "SMC";
-  static constexpr const char* kPMU = "PMU";
+  static constexpr std::string_view kSMC = "SMC";
+  static constexpr std::string_view kPMU = "PMU";
 
   /// kPMU for the first machines with an M1, kSMC for all others.
-  static const char* chooseSensorType(std::string_view machineModel);
+  static std::string_view chooseSensorType(std::string_view machineModel);
 
   /// Reads the machine's model, chooses, and on the SMC finds the keys.
   explicit SGM1SensorTemperature(const Services& services);
