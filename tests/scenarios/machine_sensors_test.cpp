@@ -44,8 +44,8 @@ TEST_P(MachineSensors, EachCountsForItsPartOfTheChip) {
 
 TEST_P(MachineSensors, AnswerWhereTheAppAsks) {
   const bool isOnSMC = machine().temperatures == TemperatureSource::smc;
-  EXPECT_STREQ(SGM1SensorTemperature::chooseSensorType(machine().model),
-               isOnSMC ? SGM1SensorTemperature::kSMC : SGM1SensorTemperature::kPMU);
+  EXPECT_EQ(SGM1SensorTemperature::chooseSensorType(machine().model),
+            isOnSMC ? SGM1SensorTemperature::kSMC : SGM1SensorTemperature::kPMU);
 }
 
 INSTANTIATE_TEST_SUITE_P(All, MachineSensors,
