@@ -11,7 +11,7 @@
 #include <cstddef>
 #include <iostream>
 
-#include "adapters/simulated/builtin_machine.h"
+#include "adapters/simulated/machines/builtin_machine.h"
 #include "benchmarks/count_per.h"
 #include "benchmarks/grown_machine.h"
 #include "benchmarks/odd_document.h"

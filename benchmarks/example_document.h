@@ -3,8 +3,8 @@
 
 #pragma once
 
-#include "adapters/simulated/machines.h"
-#include "adapters/simulated/powermetrics_document.h"
+#include "adapters/simulated/machines/machines.h"
+#include "adapters/simulated/machines/powermetrics_document.h"
 #include "base/bytes.h"
 
 namespace pallimo::benchmarks {

@@ -16,7 +16,7 @@
 #include "fakes/scripted_random_numbers.h"
 #include "ui/graph_geometry.h"
 #include "ui/panel.h"
-#include "unit/ui/widgets/example_panels.h"
+#include "unit/ui/widgets/panels/example_panels.h"
 
 namespace pallimo::ui {
 namespace {

@@ -10,7 +10,7 @@
 #include <cstddef>
 
 #include "benchmarks/painted_window.h"
-#include "ui/widgets/graph_canvas.h"
+#include "ui/widgets/panels/graph_canvas.h"
 
 namespace {
 

@@ -10,9 +10,9 @@
 #include <string>
 #include <vector>
 
-#include "adapters/simulated/builtin_machine.h"
-#include "adapters/simulated/machine_description.h"
-#include "adapters/simulated/powermetrics_document.h"
+#include "adapters/simulated/machines/builtin_machine.h"
+#include "adapters/simulated/machines/machine_description.h"
+#include "adapters/simulated/machines/powermetrics_document.h"
 #include "base/bytes.h"
 
 namespace pallimo::benchmarks {

@@ -9,8 +9,8 @@
 #include <string_view>
 #include <vector>
 
-#include "adapters/simulated/recording.h"
-#include "adapters/simulated/smc_value.h"
+#include "adapters/simulated/recordings/recording.h"
+#include "adapters/simulated/recordings/smc_value.h"
 #include "sensors/temperature_tables.h"
 
 namespace pallimo::benchmarks {

@@ -13,10 +13,11 @@
 #include <benchmark/benchmark.h>
 
 #include <cstddef>
+#include <cstdint>
 #include <cstdlib>
 #include <iostream>
 
-#include "benchmarks/allocated_bytes.h"
+#include "allocations/counted_memory.h"
 #include "benchmarks/count_per.h"
 #include "benchmarks/example_log.h"
 #include "benchmarks/example_row.h"
@@ -46,11 +47,11 @@ logging::LogRows rowsOf(int count) {
 }
 
 void collectRows(benchmark::State& state) {
-  std::size_t bytes = 0;
+  std::int64_t bytes = 0;
   for (auto _ : state) {
-    const std::size_t before = allocatedBytes();
+    const std::int64_t before = allocations::liveBytes();
     const logging::LogRows rows = rowsOf(askedOf(state));
-    bytes = allocatedBytes() - before;
+    bytes = allocations::liveBytes() - before;
   }
   state.counters["bytes_a_row"] = static_cast<double>(bytes) / askedOf(state);
   countPer(state, "row", static_cast<std::size_t>(state.range(0)));

@@ -9,11 +9,12 @@
 
 #include <atomic>
 #include <cstddef>
+#include <cstdint>
 #include <iostream>
 #include <string_view>
 #include <thread>
 
-#include "benchmarks/allocated_bytes.h"
+#include "allocations/counted_memory.h"
 #include "benchmarks/example_log.h"
 #include "benchmarks/example_row.h"
 #include "logging/log_file_text.h"
@@ -83,12 +84,12 @@ BENCHMARK(writeADayWhileAnotherThreadAppends)
     ->MeasureProcessCPUTime();
 
 void memoryOfADay(benchmark::State& state) {
-  std::size_t bytes = 0;
+  std::int64_t bytes = 0;
   for (auto _ : state) {
-    const std::size_t before = allocatedBytes();
+    const std::int64_t before = allocations::liveBytes();
     logging::LogRows rows;
     for (int second = 0; second < kRowsOfADay; ++second) rows.append(exampleRow(second), {});
-    bytes = allocatedBytes() - before;
+    bytes = allocations::liveBytes() - before;
   }
   state.counters["bytesPerRow"] = static_cast<double>(bytes) / kRowsOfADay;
 }

@@ -10,9 +10,9 @@
 #include <memory>
 #include <vector>
 
-#include "ui/widgets/graph_canvas.h"
-#include "ui/widgets/panel_widget.h"
-#include "unit/ui/widgets/example_panels.h"
+#include "ui/widgets/panels/graph_canvas.h"
+#include "ui/widgets/panels/panel_widget.h"
+#include "unit/ui/widgets/panels/example_panels.h"
 
 namespace pallimo::benchmarks {
 

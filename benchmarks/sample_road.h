@@ -9,12 +9,12 @@
 #include <utility>
 
 #include "adapters/libplist/libplist_reader.h"
-#include "adapters/simulated/builtin_machine.h"
-#include "adapters/simulated/builtin_sensors.h"
-#include "adapters/simulated/builtin_smc.h"
-#include "adapters/simulated/simulated_sensors.h"
-#include "adapters/simulated/simulated_system_controls.h"
-#include "adapters/simulated/step_source.h"
+#include "adapters/simulated/machines/builtin_machine.h"
+#include "adapters/simulated/machines/builtin_sensors.h"
+#include "adapters/simulated/machines/builtin_smc.h"
+#include "adapters/simulated/recordings/simulated_system_controls.h"
+#include "adapters/simulated/sensors/simulated_sensors.h"
+#include "adapters/simulated/sensors/step_source.h"
 #include "base/notification_centre.h"
 #include "fakes/fake_sampling_gate.h"
 #include "fakes/manual_clock.h"

@@ -13,10 +13,10 @@
 #include <memory>
 #include <optional>
 
-#include "adapters/simulated/builtin_machine.h"
-#include "adapters/simulated/current_step.h"
-#include "adapters/simulated/simulated_smc_device.h"
-#include "adapters/simulated/simulated_system_controls.h"
+#include "adapters/simulated/machines/builtin_machine.h"
+#include "adapters/simulated/recordings/simulated_system_controls.h"
+#include "adapters/simulated/sensors/current_step.h"
+#include "adapters/simulated/sensors/simulated_smc_device.h"
 #include "benchmarks/count_per.h"
 #include "benchmarks/grown_smc.h"
 #include "fakes/manual_clock.h"

@@ -11,8 +11,8 @@
 #include <vector>
 
 #include "benchmarks/painted_window.h"
-#include "ui/widgets/graph_widget.h"
-#include "ui/widgets/live_content.h"
+#include "ui/widgets/panels/graph_widget.h"
+#include "ui/widgets/panels/live_content.h"
 
 namespace pallimo::benchmarks {
 

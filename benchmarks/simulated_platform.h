@@ -7,10 +7,10 @@
 #include <utility>
 #include <variant>
 
+#include "adapters/simulated/sensors/simulated_sensors.h"
 #include "adapters/simulated/simulated_machine.h"
-#include "adapters/simulated/simulated_sensors.h"
 #include "analytics/silent_http_client.h"
-#include "app/platform.h"
+#include "app/start/platform.h"
 #include "fakes/fake_platform.h"
 
 namespace pallimo::benchmarks {

@@ -10,7 +10,7 @@
 #include <iostream>
 #include <memory>
 
-#include "app/general_model.h"
+#include "app/models/general_model.h"
 #include "benchmarks/simulated_platform.h"
 #include "modules/module_model_main_title.h"
 #include "modules/module_model_temperature.h"

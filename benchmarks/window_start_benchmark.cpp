@@ -12,7 +12,7 @@
 #include <QEvent>
 #include <iostream>
 
-#include "app/general_model.h"
+#include "app/models/general_model.h"
 #include "app/window/system_chrome.h"
 #include "app/window/window_run.h"
 #include "benchmarks/simulated_platform.h"

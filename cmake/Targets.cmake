@@ -43,3 +43,13 @@ function(pallimo_folder folder)
     target_link_libraries(${target} INTERFACE ${links} ${ARG_LINKS})
   endif()
 endfunction()
+
+# pallimo_rooms(FOLDER ROOM...)   all rooms of a folder that has no sources of its own, as one target
+function(pallimo_rooms folder)
+  pallimo_target_name(${folder} target)
+  add_library(${target} INTERFACE)
+  foreach(room IN LISTS ARGN)
+    pallimo_target_name(${folder}/${room} linked)
+    target_link_libraries(${target} INTERFACE ${linked})
+  endforeach()
+endfunction()

@@ -17,21 +17,22 @@
 #include <variant>
 #include <vector>
 
+#include "adapters/common/descriptor_output.h"
+#include "adapters/common/posix_user_identity.h"
 #include "adapters/qt/qt_http_client.h"
 #include "adapters/qt/unix_signals.h"
 #include "analytics/silent_http_client.h"
-#include "app/command_line.h"
-#include "app/descriptor_output.h"
-#include "app/diagnosis.h"
-#include "app/headless_run.h"
-#include "app/make_platform.h"
-#include "app/run_end.h"
+#include "app/diagnosis/diagnosis.h"
+#include "app/headless/headless_run.h"
+#include "app/models/shared_general_model.h"
 #include "app/served_metrics.h"
-#include "app/shared_general_model.h"
-#include "app/told_launch.h"
-#include "app/user_words.h"
+#include "app/start/command_line.h"
+#include "app/start/make_platform.h"
+#include "app/start/run_end.h"
+#include "app/start/told_launch.h"
 #include "app/window/system_chrome.h"
 #include "app/window/window_run.h"
+#include "privacy/user_words.h"
 
 namespace pallimo::app {
 namespace {
@@ -62,7 +63,7 @@ int listMachines(const Options& options) {
 
 RunEnd runHeadless(const Platform& platform, const Options& options) {
   constexpr int kStandardOutput = 1;
-  DescriptorOutput output(kStandardOutput);
+  adapters::common::DescriptorOutput output(kStandardOutput);
   GeneralModel& general = SharedGeneralModel::get();
   RunEnd end;
   const auto run = HeadlessRun::create(
@@ -80,14 +81,16 @@ RunEnd runHeadless(const Platform& platform, const Options& options) {
 
 RunEnd runDiagnosis(PlatformOwner& owner, const Options& options) {
   constexpr int kStandardOutput = 1;
-  DescriptorOutput output(kStandardOutput);
+  adapters::common::DescriptorOutput output(kStandardOutput);
+  const adapters::common::PosixUserIdentity identity;
   RunEnd end;
-  const auto diagnosis = Diagnosis::create(owner.platform(), output,
-                                           {PALLIMO_VERSION, wordsThatTellTheUser(), options.speed},
-                                           [&end](RunEnd how) {
-                                             end = std::move(how);
-                                             QCoreApplication::quit();
-                                           });
+  const auto diagnosis =
+      Diagnosis::create(owner.platform(), output,
+                        {PALLIMO_VERSION, privacy::wordsThatTellTheUser(identity), options.speed},
+                        [&end](RunEnd how) {
+                          end = std::move(how);
+                          QCoreApplication::quit();
+                        });
   const adapters::qt::UnixSignals interruptions([&diagnosis] { diagnosis->interrupt(); });
   diagnosis->start();
   QCoreApplication::exec();

@@ -7,9 +7,9 @@
 #include <optional>
 #include <string>
 
-#include "app/general_model.h"
-#include "app/make_platform.h"
-#include "app/platform.h"
+#include "app/models/general_model.h"
+#include "app/start/make_platform.h"
+#include "app/start/platform.h"
 #include "base/subscription.h"
 #include "ports/metrics_server.h"
 #include "serving/current_metrics.h"

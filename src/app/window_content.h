@@ -3,8 +3,8 @@
 
 #pragma once
 
-#include "app/content_view.h"
-#include "app/general_model.h"
+#include "app/models/content_view.h"
+#include "app/models/general_model.h"
 #include "ports/random_numbers.h"
 #include "ports/user_defaults.h"
 #include "ui/main_window_content.h"

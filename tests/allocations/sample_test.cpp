@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "allocations/counted_allocations.h"
+#include "allocations/counted_memory.h"
 #include "benchmarks/example_document.h"
 #include "benchmarks/example_row.h"
 #include "benchmarks/sample_road.h"

@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "architecture/layers.h"
 #include "architecture/source_tree.h"
 
 namespace pallimo::architecture {
@@ -94,9 +95,9 @@ TEST(Invariants, ThreadsAndTimersHaveAnOwner) {
   // Threads that can be held up by the system for as long as it likes are left behind at the end,
   // and end with the process: in connecting to a helper that was stopped, to a bus that hangs, and
   // in looking up a server's name.
-  const std::set<std::string> leavesOneBehind = {"src/adapters/linux/dbus_helper_connection.cpp",
-                                                 "src/adapters/linux/desktop_notifications.cpp",
-                                                 "src/adapters/qt/qt_http_client.cpp"};
+  const std::set<std::string> leavesOneBehind = {
+      "src/adapters/linux/link/dbus_helper_connection.cpp",
+      "src/adapters/linux/notices/desktop_notifications.cpp", "src/adapters/qt/qt_http_client.cpp"};
   expectNowhere(
       productSourcesIf([&](const auto& file) { return leavesOneBehind.count(file.path) == 0; }),
       {".detach()", "std::async(", "std::jthread"});
@@ -153,6 +154,9 @@ TEST(Invariants, ABuildThatIsToldNoAddressesLeadsToNamesThatNoOneCanOwn) {
 
 TEST(Invariants, EveryFolderHasItsParagraphInTheArchitecture) {
   const std::string text = readText(root() / "ARCHITECTURE.md");
+  for (const auto& [folder, floor] : readLayers().floors) {
+    EXPECT_NE(text.find("- `" + folder + "/`: "), std::string::npos) << folder;
+  }
   for (const char* parent : {"src", "src/adapters", "tests"}) {
     for (const auto& entry : std::filesystem::directory_iterator(root() / parent)) {
       if (!entry.is_directory() || entry.path().filename() == "adapters") continue;

@@ -61,25 +61,25 @@ function(darwin_mistake name file from to complaint)
 endfunction()
 
 if(NOT CMAKE_CXX_FLAGS MATCHES "-fsanitize")
-  darwin_mistake(leaked_reference machine_figures.cpp "const CFRef owned(dictionary)"
+  darwin_mistake(leaked_reference kernel_figures.cpp "const CFRef owned(dictionary)"
                  "struct { CFTypeRef kept; CFTypeRef get() const { return kept; } } const owned{dictionary}"
                  "mac.held.*vendor-id")
-  darwin_mistake(leaked_memory machine_figures.cpp "vm_deallocate(" "[](auto...) {}("
+  darwin_mistake(leaked_memory kernel_figures.cpp "vm_deallocate(" "[](auto...) {}("
                  "8 mapped words")
   darwin_mistake(over_release iokit_hid_sensors.cpp "    return value"
                  "    CFRelease(serviceAt(service));\n    return value"
                  "the end of an array of an object that is gone: HID service")
-  darwin_mistake(released_twice machine_figures.cpp "IOServiceMatching(className)"
+  darwin_mistake(released_twice kernel_figures.cpp "IOServiceMatching(className)"
                  "CFRef(IOServiceMatching(className)).get()"
                  "of an object that is gone: dictionary")
-  darwin_mistake(released_service machine_figures.cpp "io_connect_t connection"
+  darwin_mistake(released_service kernel_figures.cpp "io_connect_t connection"
                  "IOObjectRelease(service);\n    io_connect_t connection"
                  "IOServiceOpen of a name that is no service AppleSMC")
-  darwin_mistake(selector machine_figures.cpp "connection, selector," "connection, selector - 1,"
+  darwin_mistake(selector kernel_figures.cpp "connection, selector," "connection, selector - 1,"
                  "IOConnectCallStructMethod of another selector than 2")
-  darwin_mistake(input_size machine_figures.cpp "&input, kSmcRecordSize" "&input, 79"
+  darwin_mistake(input_size kernel_figures.cpp "&input, kSmcRecordSize" "&input, 79"
                  "IOConnectCallStructMethod with an input that has not 80 bytes")
-  darwin_mistake(output_size machine_figures.cpp "outputSize = kSmcRecordSize" "outputSize = 0"
+  darwin_mistake(output_size kernel_figures.cpp "outputSize = kSmcRecordSize" "outputSize = 0"
                  "IOConnectCallStructMethod without room for 80 bytes")
   darwin_mistake(authorization_flags app_services.cpp "kAuthorizationFlagDefaults, &reference"
                  "kAuthorizationFlagInteractionAllowed, &reference"
@@ -105,7 +105,7 @@ endif()
 # the tests of child processes run a second time over them.
 add_executable(darwin_helper
   darwin/helper/client_waits_test.cpp darwin/helper/fake_process_calls.cpp
-  darwin/helper/launchd_job_test.cpp darwin/helper/process_calls_test.cpp unit/adapters/linux/posix_child_processes_test.cpp
+  darwin/helper/launchd_job_test.cpp darwin/helper/process_calls_test.cpp unit/adapters/common/posix_child_processes_test.cpp
   "${PROJECT_SOURCE_DIR}/helper/macos/launchd_job.cpp"
   # In place of the one in the library.
   "${PROJECT_SOURCE_DIR}/src/adapters/common/macos/process_calls.cpp")

@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include "adapters/macos/system_services.h"
+#include "adapters/macos/c_adapters.h"
 #include "base/text_format.h"
 #include "darwin/on_a_mac.h"
 #include "sensors/sg_system_gpu_info.h"

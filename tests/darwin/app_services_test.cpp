@@ -7,7 +7,7 @@
 #include <cstdlib>
 
 #include "adapters/common/signing_requirement.h"
-#include "adapters/macos/system_services.h"
+#include "adapters/macos/c_adapters.h"
 #include "darwin/on_a_mac.h"
 #include "helper_link/authorization.h"
 

@@ -10,7 +10,7 @@
 #include <cmath>
 #include <limits>
 
-#include "adapters/macos/system_services.h"
+#include "adapters/macos/c_adapters.h"
 #include "base/four_char_code.h"
 #include "base/text_format.h"
 #include "darwin/on_a_mac.h"

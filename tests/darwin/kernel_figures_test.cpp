@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "adapters/macos/system_services.h"
+#include "adapters/macos/c_adapters.h"
 #include "darwin/on_a_mac.h"
 #include "modules/cpu_tick_sampling.h"
 #include "sensors/sg_system_info.h"

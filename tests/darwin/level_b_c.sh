@@ -26,7 +26,8 @@ cross_headers
 cross_clang c++-header tests/darwin/cross/include/everywhere.h -o "$out/everywhere.pch"
 
 shopt -s nullglob extglob
-app=(src/!(app)/*.cpp src/app/!(main).cpp src/helper_link/protocol/*.cpp
+app=(src/!(app)/*.cpp src/app/!(main).cpp src/app/{start,models,headless,diagnosis}/*.cpp
+  src/helper_link/protocol/*.cpp
   src/adapters/{common,common/macos,libplist,macos}/*.cpp src/adapters/macos/*.mm)
 helper=(helper/*.cpp helper/macos/*.cpp helper/macos/*.mm)
 export root out target powermetrics

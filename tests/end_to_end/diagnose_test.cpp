@@ -8,8 +8,8 @@
 #include <map>
 #include <regex>
 
-#include "app/user_words.h"
 #include "end_to_end/app_fixture.h"
+#include "privacy/user_words.h"
 
 namespace pallimo::end_to_end {
 namespace {
@@ -177,7 +177,7 @@ TEST_F(DiagnoseTest, NamesNeitherUserNorHostNorSerialNumberNorHome) {
                  "c02xg0",    "carol",  "8B4B2C1E", "a4:83", "Logs", root_.string()};
   // The machine that runs the test may be called like a product, or like a word of the report's.
   const std::string plain = diagnose({"--machine", "Mac Studio M2 Ultra"}, environment);
-  const bool isPrivate = !app::wordsOfHostName(hostName()).empty() && hostName().size() > 1;
+  const bool isPrivate = !privacy::wordsOfHostName(hostName()).empty() && hostName().size() > 1;
   if (isPrivate && plain.find(hostName()) == std::string::npos) {
     secrets.push_back(hostName());
     words.push_back(hostName());

@@ -26,9 +26,9 @@
 #include <vector>
 
 #include "adapters/common/posix_process.h"
-#include "adapters/linux/dbus_helper_connection.h"
-#include "adapters/linux/helper_launcher.h"
-#include "adapters/linux/state_folder.h"
+#include "adapters/linux/installation/helper_launcher.h"
+#include "adapters/linux/installation/state_folder.h"
+#include "adapters/linux/link/dbus_helper_connection.h"
 #include "adapters/simulated/simulation_file.h"
 #include "base/serial_thread.h"
 #include "end_to_end/helper_client.h"

@@ -10,11 +10,11 @@
 #include <string>
 #include <vector>
 
-#include "adapters/linux/dbus_listener_limits.h"
-#include "adapters/linux/dbus_messages.h"
+#include "adapters/linux/link/dbus_listener_limits.h"
+#include "adapters/linux/link/dbus_messages.h"
 #include "end_to_end/helper_fixture.h"
 #include "end_to_end/untested.h"
-#include "unit/adapters/linux/link_peers.h"
+#include "unit/adapters/linux/link/link_peers.h"
 
 // The real helper and clients that mean it no good, or know no better.
 

@@ -16,7 +16,7 @@
 
 #include "adapters/libplist/libplist_reader.h"
 #include "adapters/simulated/simulation_file.h"
-#include "unit/adapters/simulated/recording_folder.h"
+#include "unit/adapters/simulated/recordings/recording_folder.h"
 
 namespace pallimo {
 namespace {

@@ -4,7 +4,7 @@
 #pragma once
 
 #include "adapters/libplist/libplist_reader.h"
-#include "app/platform.h"
+#include "app/start/platform.h"
 #include "base/notification_centre.h"
 #include "fakes/fake_accelerator_registry.h"
 #include "fakes/fake_authorization_services.h"

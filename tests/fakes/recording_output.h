@@ -6,12 +6,12 @@
 #include <string>
 #include <vector>
 
-#include "app/sample_output.h"
+#include "ports/standard_output.h"
 
 namespace pallimo::fakes {
 
 /// Keeps what is printed; its reader goes, or its disk fills up, when the test says so.
-class RecordingOutput final : public app::SampleOutput {
+class RecordingOutput final : public ports::StandardOutput {
  public:
   State state = State::open;
   std::string text;

@@ -14,14 +14,14 @@
 #include <utility>
 #include <vector>
 
-#include "adapters/simulated/current_step.h"
-#include "adapters/simulated/recording_reader.h"
-#include "adapters/simulated/simulated_accelerator_registry.h"
-#include "adapters/simulated/simulated_hid_sensors.h"
-#include "adapters/simulated/simulated_processor_ticks.h"
-#include "adapters/simulated/simulated_smc_device.h"
+#include "adapters/simulated/recordings/recording_reader.h"
+#include "adapters/simulated/sensors/current_step.h"
+#include "adapters/simulated/sensors/simulated_accelerator_registry.h"
+#include "adapters/simulated/sensors/simulated_hid_sensors.h"
+#include "adapters/simulated/sensors/simulated_processor_ticks.h"
+#include "adapters/simulated/sensors/simulated_smc_device.h"
+#include "adapters/simulated/sensors/step_source.h"
 #include "adapters/simulated/simulation_file.h"
-#include "adapters/simulated/step_source.h"
 
 namespace {
 

@@ -29,14 +29,14 @@ TEST_F(HeadlessEnd, AfterNSamplesWithStatus0AndExactlyNRows) {
 
 TEST_F(HeadlessEnd, AClosedOutputIsStatus0) {
   startWithUsableHelper();
-  output_.state = app::SampleOutput::State::closed;
+  output_.state = ports::StandardOutput::State::closed;
   helperSends();
   EXPECT_EQ(ending(), "0");
 }
 
 TEST_F(HeadlessEnd, AnOutputThatCannotBeWrittenIsStatus1) {
   startWithUsableHelper();
-  output_.state = app::SampleOutput::State::failed;
+  output_.state = ports::StandardOutput::State::failed;
   helperSends();
   EXPECT_EQ(ending(), "1: can't write to standard output: No space left on device");
 }

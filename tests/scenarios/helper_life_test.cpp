@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 The Pallimo authors
 
-#include "app/content_view.h"
+#include "app/models/content_view.h"
 #include "scenarios/whole_program.h"
 
 namespace pallimo::scenarios {

@@ -14,10 +14,10 @@
 #include <string>
 #include <vector>
 
-#include "adapters/simulated/machines.h"
-#include "adapters/simulated/recording_reader.h"
+#include "adapters/simulated/machines/machines.h"
+#include "adapters/simulated/recordings/recording_reader.h"
 #include "adapters/simulated/simulation_file.h"
-#include "app/headless_format.h"
+#include "app/headless/headless_format.h"
 #include "scenarios/recorded_mac.h"
 #include "scenarios/stream_schema.h"
 #include "scenarios/whole_program.h"
@@ -265,7 +265,7 @@ TEST_F(PrintedStream, ADocumentThatCannotBeReadHasNoClusters) {
 TEST_F(PrintedStream, AReaderThatIsGoneEndsTheRunQuietly) {
   startWithUsableHelper();
   helperSends();
-  output_.state = app::SampleOutput::State::closed;
+  output_.state = ports::StandardOutput::State::closed;
   helperSends();
   EXPECT_EQ(ending(), "0");
 }

@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <string>
 
-#include "adapters/simulated/machines.h"
+#include "adapters/simulated/machines/machines.h"
 #include "sensors/sgm1_sensor_temperature.h"
 #include "sensors/temperature_tables.h"
 

@@ -16,10 +16,10 @@
 #include <vector>
 
 #include "adapters/libplist/libplist_reader.h"
+#include "adapters/simulated/sensors/simulated_sensors.h"
 #include "adapters/simulated/simulated_machine.h"
-#include "adapters/simulated/simulated_sensors.h"
 #include "adapters/simulated/simulation_file.h"
-#include "app/general_model.h"
+#include "app/models/general_model.h"
 #include "base/notification_centre.h"
 #include "base/text_format.h"
 #include "fakes/fake_authorization_services.h"

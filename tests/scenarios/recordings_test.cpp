@@ -13,9 +13,9 @@
 #include <string>
 #include <vector>
 
-#include "adapters/simulated/recording_reader.h"
+#include "adapters/simulated/recordings/recording_reader.h"
 #include "scenarios/recorded_mac.h"
-#include "unit/adapters/simulated/recording_folder.h"
+#include "unit/adapters/simulated/recordings/recording_folder.h"
 
 namespace pallimo::scenarios {
 namespace {

@@ -13,8 +13,8 @@
 #include <thread>
 #include <vector>
 
-#include "app/general_model.h"
-#include "app/headless_run.h"
+#include "app/headless/headless_run.h"
+#include "app/models/general_model.h"
 #include "fakes/fake_platform.h"
 #include "fakes/recording_output.h"
 #include "scenarios/sample_document.h"

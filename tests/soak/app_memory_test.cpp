@@ -9,7 +9,8 @@
 #include <memory>
 #include <optional>
 
-#include "app/headless_run.h"
+#include "allocations/counted_memory.h"
+#include "app/headless/headless_run.h"
 #include "app/served_metrics.h"
 #include "app/window_content.h"
 #include "fakes/fake_platform.h"
@@ -17,7 +18,6 @@
 #include "logging/log_rows.h"
 #include "modules/metric_history.h"
 #include "scenarios/sample_document.h"
-#include "soak/live_memory.h"
 
 namespace pallimo::soak {
 namespace {
@@ -29,9 +29,9 @@ constexpr int kSamplesADay = 86'400;
 /// What `make` leaves behind in memory, while its result lives.
 template <typename Make>
 std::int64_t bytesOf(Make make) {
-  const std::int64_t before = liveBytes();
+  const std::int64_t before = allocations::liveBytes();
   const auto made = make();
-  return liveBytes() - before;
+  return allocations::liveBytes() - before;
 }
 
 /// The one history without a limit, that of the neural engine's power, all by itself.
@@ -115,10 +115,10 @@ class AppMemory : public testing::Test {
   /// What there is more of after a long time, the one history without a limit left out.
   std::int64_t growthWhile(const std::function<void()>& longTime) {
     const int first = samplesInHistory();
-    const std::int64_t before = liveBytes();
+    const std::int64_t before = allocations::liveBytes();
     longTime();
     const int last = samplesInHistory();
-    const std::int64_t grown = liveBytes() - before;
+    const std::int64_t grown = allocations::liveBytes() - before;
     return grown - (bytesOfUnboundedHistory(last) - bytesOfUnboundedHistory(first));
   }
 

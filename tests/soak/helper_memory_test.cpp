@@ -9,11 +9,11 @@
 #include <memory>
 #include <utility>
 
+#include "allocations/counted_memory.h"
 #include "fakes/fake_helper_listener.h"
 #include "fakes/manual_main_queue.h"
 #include "fakes/recording_lines.h"
 #include "helper/helper_service.h"
-#include "soak/live_memory.h"
 
 namespace pallimo::soak {
 namespace {
@@ -74,9 +74,9 @@ class HelperMemory : public testing::Test {
   }
 
   static std::int64_t growthWhile(const std::function<void()>& longTime) {
-    const std::int64_t before = liveBytes();
+    const std::int64_t before = allocations::liveBytes();
     longTime();
-    return liveBytes() - before;
+    return allocations::liveBytes() - before;
   }
 
   fakes::ManualMainQueue mainQueue_;

@@ -8,7 +8,7 @@
 
 #include <cstdio>
 
-#include "adapters/macos/system_services.h"
+#include "adapters/macos/c_adapters.h"
 #include "adapters/macos/system_values.h"
 
 // SMJobBless is to be replaced from macOS 13 on, by something that needs another kind of helper.

@@ -3,8 +3,8 @@
 
 #include <utility>
 
+#include "adapters/macos/c_adapters.h"
 #include "adapters/macos/hid_event_system.h"
-#include "adapters/macos/system_services.h"
 #include "adapters/macos/system_values.h"
 
 namespace pallimo::adapters::macos {

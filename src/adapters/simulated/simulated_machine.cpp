@@ -7,13 +7,13 @@
 #include <optional>
 #include <utility>
 
-#include "adapters/simulated/builtin_machine.h"
-#include "adapters/simulated/builtin_smc.h"
-#include "adapters/simulated/displays_report.h"
-#include "adapters/simulated/json_node.h"
-#include "adapters/simulated/machines.h"
-#include "adapters/simulated/powermetrics_document.h"
-#include "adapters/simulated/recording_reader.h"
+#include "adapters/simulated/machines/builtin_machine.h"
+#include "adapters/simulated/machines/builtin_smc.h"
+#include "adapters/simulated/machines/displays_report.h"
+#include "adapters/simulated/machines/machines.h"
+#include "adapters/simulated/machines/powermetrics_document.h"
+#include "adapters/simulated/recordings/recording_reader.h"
+#include "adapters/simulated/text/json_node.h"
 
 namespace pallimo::adapters::simulated {
 

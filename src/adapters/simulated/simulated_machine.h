@@ -10,9 +10,9 @@
 #include <variant>
 #include <vector>
 
-#include "adapters/simulated/machine_description.h"
-#include "adapters/simulated/recording.h"
-#include "adapters/simulated/simulated_sensors.h"
+#include "adapters/simulated/machines/machine_description.h"
+#include "adapters/simulated/recordings/recording.h"
+#include "adapters/simulated/sensors/simulated_sensors.h"
 #include "adapters/simulated/simulation_file.h"
 #include "base/bytes.h"
 #include "ports/clock.h"

@@ -15,9 +15,9 @@
 #include <nlohmann/json.hpp>
 #include <optional>
 
-#include "adapters/simulated/file_bytes.h"
-#include "adapters/simulated/json_node.h"
-#include "adapters/simulated/strict_json.h"
+#include "adapters/simulated/text/file_bytes.h"
+#include "adapters/simulated/text/json_node.h"
+#include "adapters/simulated/text/strict_json.h"
 
 namespace pallimo::adapters::simulated {
 

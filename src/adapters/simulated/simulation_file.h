@@ -7,7 +7,7 @@
 #include <string>
 #include <variant>
 
-#include "adapters/simulated/faults.h"
+#include "adapters/simulated/faults/faults.h"
 
 namespace pallimo::adapters::simulated {
 

@@ -5,8 +5,8 @@
 
 #include <utility>
 
-#include "adapters/linux/helper_launcher.h"
-#include "adapters/linux/session_bus_address.h"
+#include "adapters/linux/installation/helper_launcher.h"
+#include "adapters/linux/notices/session_bus_address.h"
 
 namespace pallimo::app::linux {
 

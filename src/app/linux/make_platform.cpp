@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 The Pallimo authors
 
-#include "app/make_platform.h"
+#include "app/start/make_platform.h"
 
 #include <unistd.h>
 
@@ -11,10 +11,10 @@
 #include <system_error>
 #include <utility>
 
-#include "adapters/simulated/json_node.h"
-#include "adapters/simulated/machines.h"
+#include "adapters/simulated/machines/machines.h"
 #include "adapters/simulated/simulated_machine.h"
 #include "adapters/simulated/simulation_file.h"
+#include "adapters/simulated/text/json_node.h"
 #include "app/linux/linux_platform.h"
 #include "app/linux/state_folder_choice.h"
 #include "helper_link/protocol/xpc_protocol.h"

@@ -3,7 +3,7 @@
 
 #include <cstdlib>
 
-#include "app/make_platform.h"
+#include "app/start/make_platform.h"
 
 namespace pallimo::app {
 

@@ -6,8 +6,8 @@
 #include <string>
 #include <variant>
 
-#include "app/command_line.h"
-#include "app/make_platform.h"
+#include "app/start/command_line.h"
+#include "app/start/make_platform.h"
 
 namespace pallimo::app::linux {
 

@@ -5,8 +5,8 @@
 
 #include <utility>
 
+#include "adapters/macos/c_adapters.h"
 #include "adapters/macos/objc_adapters.h"
-#include "adapters/macos/system_services.h"
 #include "app/macos/software_updater_choice.h"
 #include "signing_requirements.h"
 

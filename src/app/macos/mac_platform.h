@@ -17,7 +17,7 @@
 #include "adapters/qt/qt_url_opener.h"
 #include "adapters/qt/qt_user_defaults.h"
 #include "adapters/qt/system_clock.h"
-#include "app/make_platform.h"
+#include "app/start/make_platform.h"
 #include "base/notification_centre.h"
 #include "base/serial_thread.h"
 

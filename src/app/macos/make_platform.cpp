@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 The Pallimo authors
 
-#include "app/make_platform.h"
+#include "app/start/make_platform.h"
 
 #include <unistd.h>
 

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "ui/widgets/window_chrome.h"
+#include "ui/widgets/windows/window_chrome.h"
 
 namespace pallimo::app {
 

@@ -11,7 +11,7 @@
 #include "app/window_content.h"
 #include "base/notification_centre.h"
 #include "ui/readout.h"
-#include "ui/widgets/app_icon.h"
+#include "ui/widgets/windows/app_icon.h"
 
 namespace pallimo::app {
 

@@ -6,15 +6,15 @@
 #include <memory>
 #include <vector>
 
-#include "app/content_view.h"
-#include "app/general_model.h"
-#include "app/platform.h"
+#include "app/models/content_view.h"
+#include "app/models/general_model.h"
+#include "app/start/platform.h"
 #include "base/subscription.h"
 #include "ui/sample_times.h"
-#include "ui/widgets/main_window.h"
-#include "ui/widgets/settings_window.h"
-#include "ui/widgets/window_chrome.h"
-#include "ui/widgets/window_rules.h"
+#include "ui/widgets/main/main_window.h"
+#include "ui/widgets/settings/settings_window.h"
+#include "ui/widgets/windows/window_chrome.h"
+#include "ui/widgets/windows/window_rules.h"
 
 namespace pallimo::app {
 

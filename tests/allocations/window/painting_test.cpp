@@ -10,7 +10,7 @@
 #include <algorithm>
 #include <cstddef>
 
-#include "allocations/counted_allocations.h"
+#include "allocations/counted_memory.h"
 #include "benchmarks/painted_window.h"
 #include "benchmarks/shown_panels.h"
 #include "unit/ui/widgets/test_application.h"

@@ -13,7 +13,7 @@
 #include <string>
 #include <vector>
 
-#include "adapters/macos/system_services.h"
+#include "adapters/macos/c_adapters.h"
 #include "darwin/fakes/fake_mac.h"
 #include "scenarios/recorded_mac.h"
 

@@ -4,7 +4,7 @@
 #include "end_to_end/screen/virtual_screen.h"
 #include "end_to_end/window/event_count.h"
 #include "end_to_end/window/window_app.h"
-#include "ui/widgets/graph_widget.h"
+#include "ui/widgets/panels/graph_widget.h"
 
 namespace pallimo::end_to_end {
 namespace {

@@ -9,9 +9,9 @@
 #include "end_to_end/window/line_color.h"
 #include "end_to_end/window/window_app.h"
 #include "ui/palette.h"
-#include "ui/widgets/colors.h"
-#include "ui/widgets/graph_overlay.h"
-#include "ui/widgets/graph_widget.h"
+#include "ui/widgets/basics/colors.h"
+#include "ui/widgets/panels/graph_overlay.h"
+#include "ui/widgets/panels/graph_widget.h"
 
 namespace pallimo::end_to_end {
 namespace {

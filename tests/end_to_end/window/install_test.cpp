@@ -6,7 +6,7 @@
 #include <system_error>
 
 #include "end_to_end/window/window_app.h"
-#include "ui/widgets/main_title_widget.h"
+#include "ui/widgets/main/main_title_widget.h"
 
 namespace pallimo::end_to_end {
 namespace {

@@ -7,10 +7,10 @@
 
 #include "end_to_end/window/window_app.h"
 #include "ui/copy_values.h"
-#include "ui/widgets/graph_widget.h"
-#include "ui/widgets/settings_toolbar.h"
-#include "ui/widgets/tab_button.h"
-#include "ui/widgets/value_widget.h"
+#include "ui/widgets/panels/graph_widget.h"
+#include "ui/widgets/panels/value_widget.h"
+#include "ui/widgets/settings/settings_toolbar.h"
+#include "ui/widgets/settings/tab_button.h"
 
 namespace pallimo::end_to_end {
 namespace {

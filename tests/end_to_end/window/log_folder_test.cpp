@@ -9,7 +9,7 @@
 
 #include "end_to_end/window/window_app.h"
 #include "ui/display_settings.h"
-#include "ui/widgets/folder_row.h"
+#include "ui/widgets/settings/folder_row.h"
 
 namespace pallimo::end_to_end {
 namespace {

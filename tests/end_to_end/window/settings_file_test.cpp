@@ -5,7 +5,7 @@
 #include <fstream>
 
 #include "end_to_end/window/window_app.h"
-#include "ui/widgets/choice_box.h"
+#include "ui/widgets/settings/choice_box.h"
 
 namespace pallimo::end_to_end {
 namespace {

@@ -6,13 +6,13 @@
 
 #include "end_to_end/window/window_app.h"
 #include "ui/display_settings.h"
-#include "ui/widgets/choice_box.h"
-#include "ui/widgets/close_button.h"
-#include "ui/widgets/gpu_settings_view.h"
-#include "ui/widgets/settings_toolbar.h"
-#include "ui/widgets/tab_button.h"
-#include "ui/widgets/toggle_row.h"
-#include "unit/ui/widgets/no_double_clicks.h"
+#include "ui/widgets/basics/close_button.h"
+#include "ui/widgets/settings/choice_box.h"
+#include "ui/widgets/settings/gpu_settings_view.h"
+#include "ui/widgets/settings/settings_toolbar.h"
+#include "ui/widgets/settings/tab_button.h"
+#include "ui/widgets/settings/toggle_row.h"
+#include "unit/ui/widgets/settings/no_double_clicks.h"
 
 namespace pallimo::end_to_end {
 namespace {

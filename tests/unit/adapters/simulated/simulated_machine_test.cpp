@@ -11,13 +11,13 @@
 #include <optional>
 #include <string>
 
-#include "adapters/simulated/builtin_sensors.h"
-#include "adapters/simulated/displays_report.h"
-#include "adapters/simulated/machines.h"
-#include "adapters/simulated/powermetrics_document.h"
+#include "adapters/simulated/machines/builtin_sensors.h"
+#include "adapters/simulated/machines/displays_report.h"
+#include "adapters/simulated/machines/machines.h"
+#include "adapters/simulated/machines/powermetrics_document.h"
 #include "fakes/fake_helper_connector.h"
 #include "fakes/manual_clock.h"
-#include "recording_folder.h"
+#include "unit/adapters/simulated/recordings/recording_folder.h"
 
 namespace pallimo::adapters::simulated {
 namespace {

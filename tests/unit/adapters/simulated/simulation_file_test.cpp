@@ -11,7 +11,7 @@
 #include <string>
 #include <thread>
 
-#include "recording_folder.h"
+#include "unit/adapters/simulated/recordings/recording_folder.h"
 
 namespace pallimo::adapters::simulated {
 namespace {
