@@ -17,8 +17,8 @@
 #include <variant>
 #include <vector>
 
-#include "adapters/common/descriptor_output.h"
-#include "adapters/common/posix_user_identity.h"
+#include "adapters/posix/descriptor_output.h"
+#include "adapters/posix/posix_user_identity.h"
 #include "adapters/qt/qt_http_client.h"
 #include "adapters/qt/unix_signals.h"
 #include "analytics/silent_http_client.h"
@@ -63,7 +63,7 @@ int listMachines(const Options& options) {
 
 RunEnd runHeadless(const Platform& platform, const Options& options) {
   constexpr int kStandardOutput = 1;
-  adapters::common::DescriptorOutput output(kStandardOutput);
+  adapters::posix::DescriptorOutput output(kStandardOutput);
   GeneralModel& general = SharedGeneralModel::get();
   RunEnd end;
   const auto run = HeadlessRun::create(
@@ -81,8 +81,8 @@ RunEnd runHeadless(const Platform& platform, const Options& options) {
 
 RunEnd runDiagnosis(PlatformOwner& owner, const Options& options) {
   constexpr int kStandardOutput = 1;
-  adapters::common::DescriptorOutput output(kStandardOutput);
-  const adapters::common::PosixUserIdentity identity;
+  adapters::posix::DescriptorOutput output(kStandardOutput);
+  const adapters::posix::PosixUserIdentity identity;
   RunEnd end;
   const auto diagnosis =
       Diagnosis::create(owner.platform(), output,

@@ -28,7 +28,7 @@ cross_clang c++-header tests/darwin/cross/include/everywhere.h -o "$out/everywhe
 shopt -s nullglob extglob
 app=(src/!(app)/*.cpp src/app/!(main).cpp src/app/{start,models,headless,diagnosis}/*.cpp
   src/helper_link/protocol/*.cpp
-  src/adapters/{common,common/macos,libplist,macos}/*.cpp src/adapters/macos/*.mm)
+  src/adapters/{common,common/macos,posix,libplist,macos}/*.cpp src/adapters/macos/*.mm)
 helper=(helper/*.cpp helper/macos/*.cpp helper/macos/*.mm)
 export root out target powermetrics
 [ "$powermetrics" = /usr/bin/powermetrics ] || fail "the helper would start $powermetrics"

@@ -5,7 +5,7 @@
 
 #include "ports/standard_output.h"
 
-namespace pallimo::adapters::common {
+namespace pallimo::adapters::posix {
 
 /// Prints samples to an open file descriptor, unbuffered, so that a reader sees each sample when it
 /// is there. The descriptor is not closed. SIGPIPE has to be ignored by the process. Main thread.
@@ -21,4 +21,4 @@ class DescriptorOutput final : public ports::StandardOutput {
   int error_ = 0;  ///< errno of the write that failed
 };
 
-}  // namespace pallimo::adapters::common
+}  // namespace pallimo::adapters::posix

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 The Pallimo authors
 
-#include "adapters/common/descriptor_output.h"
+#include "adapters/posix/descriptor_output.h"
 
 #include <poll.h>
 #include <unistd.h>
@@ -9,7 +9,7 @@
 #include <cerrno>
 #include <cstring>
 
-namespace pallimo::adapters::common {
+namespace pallimo::adapters::posix {
 
 namespace {
 
@@ -38,4 +38,4 @@ ports::StandardOutput::State DescriptorOutput::write(std::string_view text) {
 
 std::string DescriptorOutput::failure() const { return std::strerror(error_); }
 
-}  // namespace pallimo::adapters::common
+}  // namespace pallimo::adapters::posix

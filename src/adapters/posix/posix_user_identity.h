@@ -5,7 +5,7 @@
 
 #include "ports/user_identity.h"
 
-namespace pallimo::adapters::common {
+namespace pallimo::adapters::posix {
 
 /// The environment, the list of users and the host's name, asked anew each time.
 class PosixUserIdentity final : public ports::UserIdentity {
@@ -16,4 +16,4 @@ class PosixUserIdentity final : public ports::UserIdentity {
   std::string hostName() const override;
 };
 
-}  // namespace pallimo::adapters::common
+}  // namespace pallimo::adapters::posix

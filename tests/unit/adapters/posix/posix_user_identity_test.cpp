@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 The Pallimo authors
 
-#include "adapters/common/posix_user_identity.h"
+#include "adapters/posix/posix_user_identity.h"
 
 #include <gtest/gtest.h>
 #include <pwd.h>
@@ -12,7 +12,7 @@
 #include <optional>
 #include <string>
 
-namespace pallimo::adapters::common {
+namespace pallimo::adapters::posix {
 namespace {
 
 TEST(PosixUserIdentity, ReadsTheEnvironmentAnew) {
@@ -54,4 +54,4 @@ TEST(PosixUserIdentity, KnowsTheMachinesName) {
 }
 
 }  // namespace
-}  // namespace pallimo::adapters::common
+}  // namespace pallimo::adapters::posix

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 The Pallimo authors
 
-#include "adapters/common/posix_user_identity.h"
+#include "adapters/posix/posix_user_identity.h"
 
 #include <pwd.h>
 #include <unistd.h>
@@ -9,7 +9,7 @@
 #include <array>
 #include <cstdlib>
 
-namespace pallimo::adapters::common {
+namespace pallimo::adapters::posix {
 
 namespace {
 
@@ -42,4 +42,4 @@ std::string PosixUserIdentity::hostName() const {
   return gethostname(name.data(), name.size() - 1) == 0 ? std::string(name.data()) : std::string();
 }
 
-}  // namespace pallimo::adapters::common
+}  // namespace pallimo::adapters::posix

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 The Pallimo authors
 
-#include "adapters/common/descriptor_output.h"
+#include "adapters/posix/descriptor_output.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -13,7 +13,7 @@
 #include <thread>
 #include <utility>
 
-namespace pallimo::adapters::common {
+namespace pallimo::adapters::posix {
 namespace {
 
 class DescriptorOutputTest : public testing::Test {
@@ -88,4 +88,4 @@ TEST_F(DescriptorOutputTest, AnythingElseIsAFailureWithItsReason) {
 }
 
 }  // namespace
-}  // namespace pallimo::adapters::common
+}  // namespace pallimo::adapters::posix
