@@ -43,8 +43,10 @@ int fail(int status, const std::string& message) {
 }
 
 int print(const std::string& text) {
-  std::cout << text << std::flush;
-  return 0;
+  DescriptorOutput output(STDOUT_FILENO);
+  if (output.write(text) != SampleOutput::State::failed) return run_status::kDone;
+  return fail(run_status::kOutputFailed,
+              std::string(run_message::kOutputFailed) + output.failure());
 }
 
 std::string linesOf(const std::vector<std::string>& lines) {
@@ -56,7 +58,7 @@ std::string linesOf(const std::vector<std::string>& lines) {
 int listMachines(const Options& options) {
   const auto listed = listedMachines(options);
   if (const auto* error = std::get_if<StartError>(&listed)) {
-    return fail(kUsageStatus, error->message);
+    return fail(run_status::kWrongUse, error->message);
   }
   return print(linesOf(std::get<std::vector<std::string>>(listed)));
 }
@@ -117,13 +119,15 @@ Analytics analytics(const Options& options) {
 
 RunEnd runApp(const Options& options) {
   const auto made = makePlatform(options, analytics(options));
-  if (const auto* error = std::get_if<StartError>(&made)) return {kUsageStatus, error->message};
+  if (const auto* error = std::get_if<StartError>(&made)) {
+    return {run_status::kWrongUse, error->message};
+  }
   PlatformOwner& owner = *std::get<std::unique_ptr<PlatformOwner>>(made);
   if (options.action == Options::Action::diagnose) return runDiagnosis(owner, options);
   ServedMetrics served(PALLIMO_VERSION);
   if (options.serve) {
     if (auto problem = served.listen(owner.platform(), *options.serve)) {
-      return {kUsageStatus, std::move(problem->message)};
+      return {run_status::kWrongUse, std::move(problem->message)};
     }
   }
   // Never released: the models live as long as the process.
@@ -151,7 +155,7 @@ int main(int argumentCount, char* arguments[]) {
   std::signal(SIGPIPE, SIG_IGN);
   const auto parsed = parseCommandLine({arguments + 1, arguments + argumentCount});
   if (const auto* error = std::get_if<UsageError>(&parsed)) {
-    return fail(kUsageStatus, error->message + "; see pallimo --help");
+    return fail(run_status::kWrongUse, error->message + "; see pallimo --help");
   }
   const Options& options = std::get<Options>(parsed);
   switch (options.action) {
@@ -167,7 +171,7 @@ int main(int argumentCount, char* arguments[]) {
   }
   const bool hasWindow = !options.headless && options.action == Options::Action::run;
   if (hasWindow) {
-    if (const auto problem = missingDisplay()) return fail(kUsageStatus, problem->message);
+    if (const auto problem = missingDisplay()) return fail(run_status::kWrongUse, problem->message);
   }
   int one = 1;  // the command line is ours alone
   const std::unique_ptr<QCoreApplication> application =

@@ -117,3 +117,15 @@ target_include_directories(darwin_helper SYSTEM
 target_link_libraries(darwin_helper PRIVATE pallimo_test_options GTest::gtest_main
                                             pallimo_src_adapters_common ${CMAKE_DL_LIBS})
 gtest_discover_tests(darwin_helper TEST_PREFIX Mac. PROPERTIES TIMEOUT 300 DISCOVERY_TIMEOUT 60)
+
+# The Mac's part of the app, which joins these adapters with Qt: compiled with both and never linked,
+# so that what changes around it does not break it unseen.
+if(TARGET pallimo_src_adapters_qt)
+  file(GLOB darwin_app CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/src/app/macos/*.cpp"
+                                         "${PROJECT_SOURCE_DIR}/src/app/macos/no_sparkle/*.cpp")
+  add_library(darwin_app OBJECT ${darwin_app})
+  target_include_directories(darwin_app PRIVATE "${PALLIMO_PACKAGING}/include")
+  target_link_libraries(darwin_app PRIVATE pallimo_test_options pallimo_src_app
+                                           pallimo_src_adapters_macos pallimo_src_adapters_qt
+                                           pallimo_src_adapters_prometheus pallimo_src_ui_widgets)
+endif()

@@ -357,6 +357,14 @@ TEST_F(AppAnswers, Version) {
   EXPECT_EQ(app->exitStatus(), 0);
 }
 
+TEST_F(AppAnswers, AnAnswerThatCanNotBeWrittenIsStatus1) {
+  const int full = open("/dev/full", O_WRONLY | O_CLOEXEC);
+  AppProcess app({"--help"}, root_ / "err", {}, full);
+  close(full);
+  EXPECT_EQ(app.exitStatus(), 1);
+  EXPECT_EQ(app.errorText(), "pallimo: can't write to standard output: No space left on device\n");
+}
+
 TEST_F(AppAnswers, ListMachinesNamesTheRecordingToo) {
   const std::string folder = recording({std::nullopt});
   const auto app = start({"--list-machines", "--machine", folder});

@@ -230,18 +230,33 @@ TEST_F(HelperProcessTest, RemovesItselfWhenToldToUninstall) {
   EXPECT_EQ(next.loss(), "invalidated");
 }
 
+/// The exit status of a helper that was started by hand; -1 when it did not end by itself.
+int statusOf(std::string path, std::string argument = "") {
+  char* const arguments[] = {path.data(), argument.empty() ? nullptr : argument.data(), nullptr};
+  char* const environment[] = {nullptr};
+  pid_t started = 0;
+  if (posix_spawn(&started, path.c_str(), nullptr, nullptr, arguments, environment) != 0) return -1;
+  int status = -1;
+  if (waitpid(started, &status, 0) != started || !WIFEXITED(status)) return -1;
+  return WEXITSTATUS(status);
+}
+
 TEST_F(HelperProcessTest, EndsQuietlyBesideAnotherHelper) {
   Client client(connector);
   ASSERT_TRUE(client.isAnswered());
-  std::string path = folder.installedHelper();
-  char* const arguments[] = {path.data(), nullptr};
-  char* const environment[] = {nullptr};
-  pid_t second = 0;
-  ASSERT_EQ(posix_spawn(&second, path.c_str(), nullptr, nullptr, arguments, environment), 0);
-  int status = -1;
-  ASSERT_EQ(waitpid(second, &status, 0), second);
-  EXPECT_EQ(status, 0);
+  EXPECT_EQ(statusOf(folder.installedHelper()), 0);
   EXPECT_TRUE(client.isAnswered());
+}
+
+TEST_F(HelperProcessTest, DoesNotServeFromWhereNoHelperIsInstalled) {
+  EXPECT_EQ(statusOf(kEmbeddedHelper), 1);
+}
+
+TEST_F(HelperProcessTest, AnswersPeopleWithoutServing) {
+  EXPECT_EQ(statusOf(folder.installedHelper(), "--version"), 0);
+  EXPECT_EQ(statusOf(folder.installedHelper(), "--help"), 0);
+  EXPECT_EQ(statusOf(folder.installedHelper(), "--serve"), 2);
+  EXPECT_FALSE(fs::exists(folder.helperLock()));
 }
 
 TEST_F(HelperProcessTest, SleepsBetweenRequests) {

@@ -166,6 +166,13 @@ TEST_F(PowermetricsProcess, SaysHowItIsUsedOnStandardError) {
   EXPECT_EQ(process.wait(), 64);
 }
 
+TEST_F(PowermetricsProcess, SaysWhatItIsOnStandardOutput) {
+  const Process process({"--help"}, {});
+  EXPECT_NE(process.output().find("It measures nothing."), std::string::npos);
+  EXPECT_EQ(process.errors(), "");
+  EXPECT_EQ(process.wait(), 0);
+}
+
 TEST_F(PowermetricsProcess, NeedsItsEnvironment) {
   const Process process(arguments("1000"), {});
   EXPECT_EQ(process.errors(), "powermetrics: PALLIMO_SIMULATION is not set\n");

@@ -14,6 +14,20 @@
 
 namespace pallimo::tools::powermetrics {
 
+const std::string_view kHelpText =
+    R"(Usage: powermetrics -n 1 [-i MILLISECONDS] -f plist -s NAME[,NAME...]
+
+Stands where the system's powermetrics stands on a Mac, for Pallimo's helper:
+prints one sample of a simulated machine. It measures nothing.
+
+  -n, --sample-count N   how many samples: 1
+  -i, --sample-rate MILLISECONDS
+                         how long the sample takes: 1 to 86400000, else 5000
+  -f, --format FORMAT    how it is printed: plist
+  -s, --samplers NAMES   what is in it, with commas between
+  --help                 print this help, alone
+)";
+
 namespace {
 
 constexpr std::int64_t kLongestPeriod = 86'400'000;  // a day

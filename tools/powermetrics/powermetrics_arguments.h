@@ -5,6 +5,7 @@
 
 #include <chrono>
 #include <string>
+#include <string_view>
 #include <variant>
 #include <vector>
 
@@ -22,6 +23,9 @@ struct UsageError {};
 
 inline constexpr const char* kUsage =
     "usage: powermetrics -n 1 [-i milliseconds] -f plist --samplers name[,name...]";
+
+/// What `--help`, which stands alone, prints with its last line end.
+extern const std::string_view kHelpText;
 
 /// Reads the arguments, without the program's own name. Long names (--sample-count, --sample-rate,
 /// --format, --samplers) and short ones (-n, -i, -f, -s); a long one also takes its value after

@@ -49,6 +49,10 @@ int fail(const ToolSurroundings& surroundings, const std::string& message) {
   return kFailure;
 }
 
+int help(const ToolSurroundings& surroundings) {
+  return surroundings.write({kHelpText.begin(), kHelpText.end()}) ? kSuccess : kFailure;
+}
+
 int sample(const simulated::SimulatedMachine& machine, const Arguments& arguments,
            std::uint64_t request, double speed, const ToolSurroundings& surroundings) {
   if (const std::string refused = machine.whyRefused(arguments.samplers); !refused.empty()) {
@@ -70,6 +74,7 @@ int sample(const simulated::SimulatedMachine& machine, const Arguments& argument
 
 int runPowermetrics(const std::vector<std::string>& arguments,
                     const ToolSurroundings& surroundings) {
+  if (arguments == std::vector<std::string>{"--help"}) return help(surroundings);
   const auto parsed = parseArguments(arguments);
   if (std::holds_alternative<UsageError>(parsed)) {
     surroundings.writeError(kUsage);

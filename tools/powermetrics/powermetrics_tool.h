@@ -35,9 +35,9 @@ inline constexpr int kUsageFailure = 64;  // EX_USAGE of the BSD systems
 /// Stands where the system's powermetrics stands on a Mac: checks the command line, reads what is
 /// simulated (the file and the request's number are named by the environment, see
 /// simulation_file.h), lets the sampling period pass at the simulation's speed and prints the
-/// document. Returns the exit status. A failure is one line on standard error; only a recorded step
-/// without a document, and a reader that has gone, fail without a word. Never throws what the
-/// surroundings do not throw.
+/// document; or says what it is (`--help`). Returns the exit status. A failure is one line on
+/// standard error; only a recorded step without a document, and a reader that has gone, fail
+/// without a word. Never throws what the surroundings do not throw.
 int runPowermetrics(const std::vector<std::string>& arguments,
                     const ToolSurroundings& surroundings);
 

@@ -176,7 +176,7 @@ void Diagnosis::finish(const std::optional<HelperInquiry::Findings>& findings) {
   const auto onEnd = std::exchange(onEnd_, nullptr);
   if (!onEnd) return;
   if (isWritten) return onEnd({});
-  onEnd({1, std::string(run_message::kOutputFailed) + output_.failure()});
+  onEnd({run_status::kOutputFailed, std::string(run_message::kOutputFailed) + output_.failure()});
 }
 
 }  // namespace pallimo::app

@@ -13,13 +13,6 @@ namespace pallimo::app {
 
 namespace {
 
-constexpr int kDone = 0;
-constexpr int kOutputFailed = 1;
-constexpr int kNotUsable = 3;
-constexpr int kOutOfDate = 4;
-constexpr int kRefused = 5;
-constexpr int kLost = 6;
-
 // A busy helper's samples come once a second, but not to the millisecond.
 constexpr int kLooksBeforeAsking = 2;
 
@@ -113,24 +106,26 @@ void HeadlessRun::print(const HeadlessSample& sample) {
     case ports::StandardOutput::State::open:
       break;
     case ports::StandardOutput::State::closed:
-      return end(kDone);
+      return end(run_status::kDone);
     case ports::StandardOutput::State::failed:
-      return end(kOutputFailed,
+      return end(run_status::kOutputFailed,
                  std::string(run_message::kOutputFailed) + services_.output.failure());
   }
   ++printed_;
-  if (settings_.samples == printed_) end(kDone);
+  if (settings_.samples == printed_) end(run_status::kDone);
 }
 
 void HeadlessRun::contentChanged() {
   const ui::MainContent shown = contentView_->content();
   const bool wasLive = std::exchange(isLive_, shown == ui::MainContent::live);
-  if (shown == ui::MainContent::refusal) return end(kNotUsable, run_message::kWrongProcessor);
+  if (shown == ui::MainContent::refusal) {
+    return end(run_status::kNotUsable, run_message::kWrongProcessor);
+  }
   if (isLive_) isWaiting_ = false;
   if (isLive_ && !wasLive) silentLooks_ = 0;
   if (isLive_ || settings_.installHelper) return;
-  if (wasLive) return end(kLost, run_message::kLost);
-  if (shown == ui::MainContent::update) end(kOutOfDate, run_message::kOutOfDate);
+  if (wasLive) return end(run_status::kLost, run_message::kLost);
+  if (shown == ui::MainContent::update) end(run_status::kOutOfDate, run_message::kOutOfDate);
 }
 
 void HeadlessRun::lookLater() {
@@ -151,7 +146,7 @@ void HeadlessRun::act() {
 
 void HeadlessRun::watchForSilence() {
   // The last sign of life came between two looks: the fifth look may be four seconds away from it.
-  if (++silentLooks_ > kWaitingLimit) return end(kNotUsable, run_message::kSilent);
+  if (++silentLooks_ > kWaitingLimit) return end(run_status::kNotUsable, run_message::kSilent);
   if (silentLooks_ >= kLooksBeforeAsking) askForSignOfLife();
 }
 
@@ -169,7 +164,8 @@ void HeadlessRun::askForSignOfLife() {
 
 void HeadlessRun::waitForHelper() {
   if (++silentLooks_ < kWaitingLimit) return;
-  end(kNotUsable, settings_.installHelper ? run_message::kStillNotUsable : run_message::kNotUsable);
+  end(run_status::kNotUsable,
+      settings_.installHelper ? run_message::kStillNotUsable : run_message::kNotUsable);
 }
 
 void HeadlessRun::press() {
@@ -181,7 +177,7 @@ void HeadlessRun::press() {
 
 void HeadlessRun::installationRan() {
   if (services_.general.xpcmanager()->isInstallationRefused()) {
-    return end(kRefused, run_message::kRefused);
+    return end(run_status::kRefused, run_message::kRefused);
   }
   if (!std::exchange(isWaiting_, true)) silentLooks_ = 0;
   isAnswerLost_ = false;
@@ -189,14 +185,14 @@ void HeadlessRun::installationRan() {
 
 void HeadlessRun::updateRan() {
   isUpdating_ = false;
-  if (isInterrupted_) return end(kDone);
+  if (isInterrupted_) return end(run_status::kDone);
   installationRan();
   if (!hasEnded_) lookLater();
 }
 
 void HeadlessRun::userInterrupts() {
   if (isUpdating_ && !std::exchange(isInterrupted_, true)) return;
-  end(kDone);
+  end(run_status::kDone);
 }
 
 void HeadlessRun::end(int status, std::string_view message) {

@@ -50,9 +50,6 @@ struct UsageError {
   bool operator==(const UsageError&) const = default;
 };
 
-/// Status of a program that can't do what its command line asks for.
-inline constexpr int kUsageStatus = 2;
-
 /// Reads the arguments that follow the program's name. A value stands in the next argument or
 /// behind an equals sign; no option may stand twice. When several actions are asked for, help goes
 /// before version, version before the list and the list before a diagnosis. Pure.

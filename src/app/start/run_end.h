@@ -3,14 +3,28 @@
 
 #pragma once
 
+#include <array>
 #include <string>
 #include <string_view>
 
 namespace pallimo::app {
 
+/// The program's exit statuses.
+namespace run_status {
+inline constexpr int kDone = 0;
+inline constexpr int kOutputFailed = 1;
+inline constexpr int kWrongUse = 2;  ///< what the command line asks for can't be done
+inline constexpr int kNotUsable = 3;
+inline constexpr int kOutOfDate = 4;
+inline constexpr int kRefused = 5;
+inline constexpr int kLost = 6;
+inline constexpr std::array kAll = {kDone,      kOutputFailed, kWrongUse, kNotUsable,
+                                    kOutOfDate, kRefused,      kLost};
+}  // namespace run_status
+
 /// How a run ended.
 struct RunEnd {
-  int status = 0;       ///< the program's exit status
+  int status = run_status::kDone;
   std::string message;  ///< one line for standard error, without the program's name; empty for 0
   bool operator==(const RunEnd&) const = default;
 };

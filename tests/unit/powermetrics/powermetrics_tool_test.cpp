@@ -143,10 +143,25 @@ TEST_F(PowermetricsTool, RefusesAnUnknownSamplerAtOnce) {
 }
 
 TEST_F(PowermetricsTool, SaysHowItIsUsed) {
-  EXPECT_EQ(run({"--help"}), 64);
+  EXPECT_EQ(run({"--version"}), 64);
   EXPECT_EQ(errors_,
             Words{"usage: powermetrics -n 1 [-i milliseconds] -f plist --samplers name[,name...]"});
   EXPECT_EQ(output_, "");
+}
+
+TEST_F(PowermetricsTool, SaysThatItIsNotTheSystemsOwn) {
+  environment_.clear();
+  EXPECT_EQ(run({"--help"}), 0);
+  EXPECT_NE(output_.find("Stands where the system's powermetrics stands on a Mac"),
+            std::string::npos);
+  EXPECT_NE(output_.find("It measures nothing."), std::string::npos);
+  EXPECT_EQ(errors_, Words{});
+  EXPECT_EQ(run({"--help", "--help"}), 64);
+}
+
+TEST_F(PowermetricsTool, FailsWhenNobodyReadsItsHelp) {
+  readerStays_ = false;
+  EXPECT_EQ(run({"--help"}), 1);
 }
 
 TEST_F(PowermetricsTool, PrintsNothingWhenItsReaderHasGoneWhileItWaited) {

@@ -215,12 +215,13 @@ Shows power, frequency, temperature and utilisation of a Mac with Apple silicon.
                          at most once a second
   --machine NAME|DIR     off macOS: simulate a built-in machine or play the
                          recording in DIR
-  --list-machines        list the built-in machines and, with --machine DIR,
-                         the recording
+  --list-machines        off macOS: list the built-in machines and, with
+                         --machine DIR, the recording
   --speed X              off macOS: let time run X times faster (1 to 100)
   --serve ADDRESS:PORT   the current figures for Prometheus at /metrics; without
                          the address (:9123) for this machine alone
-  --state-dir DIR        where settings, the installed helper and its socket live
+  --state-dir DIR        off macOS: where settings, the installed helper and its
+                         socket live
   --diagnose             print a report to put into a bug report: installs and
                          sets nothing, names neither user nor host nor folders
   --version              print the version
