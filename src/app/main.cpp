@@ -43,8 +43,8 @@ int fail(int status, const std::string& message) {
 }
 
 int print(const std::string& text) {
-  DescriptorOutput output(STDOUT_FILENO);
-  if (output.write(text) != SampleOutput::State::failed) return run_status::kDone;
+  adapters::posix::DescriptorOutput output(STDOUT_FILENO);
+  if (output.write(text) != ports::StandardOutput::State::failed) return run_status::kDone;
   return fail(run_status::kOutputFailed,
               std::string(run_message::kOutputFailed) + output.failure());
 }
