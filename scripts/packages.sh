@@ -6,7 +6,8 @@
 
 build_packages_debian="g++ cmake ninja-build pkg-config qt6-base-dev libplist-dev libdbus-1-dev
   nlohmann-json3-dev prometheus-cpp-dev"
-test_packages_debian="dbus-daemon libgtest-dev libvalijson-dev locales mandoc prometheus xvfb xdotool"
+test_packages_debian="dbus-daemon libgtest-dev libvalijson-dev locales mandoc prometheus python3
+  xvfb xdotool"
 check_packages_debian="git clang-16 libc++-16-dev libc++abi-16-dev libclang-rt-16-dev lld-16 llvm-16
   musl-dev clang-format-16 clang-tidy-16 googletest libbenchmark-dev"
 count_packages_debian="libbenchmark-dev valgrind"

@@ -7,7 +7,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <optional>
 #include <set>
 #include <span>
@@ -15,6 +14,7 @@
 #include <string_view>
 
 #include "adapters/libplist/libplist_reader.h"
+#include "fuzz/require.h"
 #include "sampling/sample_parser.h"
 #include "unit/adapters/libplist/only_wanted.h"
 
@@ -23,10 +23,7 @@ namespace {
 using pallimo::adapters::libplist::LibplistReader;
 using pallimo::base::Bytes;
 using pallimo::base::PropertyList;
-
-void require(bool holds) {
-  if (!holds) std::abort();
-}
+using pallimo::fuzz::require;
 
 void checkValue(const PropertyList& value, int level) {
   if (const auto* array = value.array()) {

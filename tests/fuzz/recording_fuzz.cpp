@@ -8,7 +8,6 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <memory>
 #include <string>
 #include <utility>
@@ -22,15 +21,13 @@
 #include "adapters/simulated/sensors/simulated_smc_device.h"
 #include "adapters/simulated/sensors/step_source.h"
 #include "adapters/simulated/simulation_file.h"
+#include "fuzz/require.h"
 
 namespace {
 
 using namespace pallimo::adapters::simulated;
 using namespace pallimo::ports;
-
-void require(bool holds) {
-  if (!holds) std::abort();
-}
+using pallimo::fuzz::require;
 
 void requireOneLine(const std::string& message) {
   require(!message.empty());

@@ -117,7 +117,9 @@ class Walk {
       case 0x0:  // false, true
         return low == 8 || low == 9 ? std::optional(Object{0, offset + 1}) : std::nullopt;
       case 0x1:  // an integer of up to sixteen bytes
-        return low <= 4 ? std::optional(Object{1U << low, offset + 1}) : std::nullopt;
+        return low <= 4 && fits64Bits(offset + 1, low)
+                   ? std::optional(Object{1U << low, offset + 1})
+                   : std::nullopt;
       case 0x2:  // a float, a double
         return low == 2 || low == 3 ? std::optional(Object{1U << low, offset + 1}) : std::nullopt;
       case 0x3:  // a date
@@ -136,6 +138,12 @@ class Walk {
       default:
         return std::nullopt;
     }
+  }
+
+  /// Of an integer of sixteen bytes libplist drops the upper eight without a word.
+  bool fits64Bits(std::size_t start, unsigned low) const {
+    if (low != 4) return true;
+    return table_ - start >= 16 && bigEndian(start, 8) == 0;
   }
 
   std::optional<Object> container(std::size_t offset, std::uint64_t keysPerValue) const {

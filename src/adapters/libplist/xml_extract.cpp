@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "adapters/libplist/document_limits.h"
+#include "adapters/libplist/xml_entities.h"
 #include "adapters/libplist/xml_markup.h"
 #include "adapters/libplist/xml_number.h"
 
@@ -21,11 +22,13 @@ constexpr std::string_view kCDataClose = "]]>";
 
 enum class Element : char { plist, dict, array, text };
 
-/// A stretch of the document that libplist is not shown as it stands.
+/// What libplist is shown in place of a stretch of the document.
+enum class Shown { nothing, escapedText, emptyKey };
+
 struct Cut {
   std::size_t begin;
   std::size_t end;
-  bool isCData;
+  Shown shown;
 };
 
 Element elementOf(std::string_view name) {
@@ -51,9 +54,14 @@ class Scanner {
     } while (!open_.empty());
     const std::string_view whole = bytes_.substr(begin, at_ - begin);
     if (whole.find('\0') != kEnd) return std::nullopt;
-    if (cuts_.empty()) return whole;
-    rewrite(begin, scratch);
-    return scratch;
+    // Judged as libplist will see it: CDATA becomes entities.
+    std::string_view shown = whole;
+    if (!cuts_.empty()) {
+      rewrite(begin, scratch);
+      shown = scratch;
+    }
+    if (!hasFewEntities(shown)) return std::nullopt;
+    return shown;
   }
 
  private:
@@ -113,21 +121,22 @@ class Scanner {
     const char next = at_ + 1 < bytes_.size() ? bytes_[at_ + 1] : '\0';
     const std::size_t begin = at_;
     if (next != '!' && next != '?') return readTag();
-    if (next == '?') return moveBehind("?>", 2) && cut(begin, false);
+    if (next == '?') return moveBehind("?>", 2) && cut(begin, Shown::nothing);
     if (startsWith(kCommentOpen)) {
-      return moveBehind(kCommentClose, kCommentOpen.size()) && cut(begin, false);
+      return moveBehind(kCommentClose, kCommentOpen.size()) && cut(begin, Shown::nothing);
     }
     // Text is nowhere else than in an element that holds text.
     if (!startsWith(kCDataOpen) || open_.empty() || open_.back() != Element::text) return false;
-    return moveBehind(kCDataClose, kCDataOpen.size()) && cut(begin, true);
+    return moveBehind(kCDataClose, kCDataOpen.size()) && cut(begin, Shown::escapedText);
   }
 
-  bool cut(std::size_t begin, bool isCData) {
-    cuts_.push_back({begin, at_, isCData});
+  bool cut(std::size_t begin, Shown shown) {
+    cuts_.push_back({begin, at_, shown});
     return true;
   }
 
   bool readTag() {
+    const std::size_t tag = at_;
     std::size_t end = at_ + 1;
     const bool closes = end < bytes_.size() && bytes_[end] == '/';
     if (closes) ++end;
@@ -144,6 +153,8 @@ class Scanner {
     if (++elements_ > kMaxElements || !open(elementOf(name), isEmpty)) return false;
     const bool isInteger = name == "integer";
     if ((isInteger || name == "real") && (isEmpty || !takeNumber(isInteger))) return false;
+    // libplist knows no key in one tag.
+    if (isEmpty && name == "key") return cut(tag, Shown::emptyKey);
     if (!isEmpty && open_.back() == Element::text) skipPlainText(name);
     return true;
   }
@@ -157,9 +168,9 @@ class Scanner {
     const auto judged = judgeInteger(text);
     if (!judged) return false;
     const std::size_t sign = at_ + judged->skippedBeforeSign;
-    if (sign > at_) cuts_.push_back({at_, sign, false});
+    if (sign > at_) cuts_.push_back({at_, sign, Shown::nothing});
     if (judged->skippedAfterSign > 0) {
-      cuts_.push_back({sign + 1, sign + 1 + judged->skippedAfterSign, false});
+      cuts_.push_back({sign + 1, sign + 1 + judged->skippedAfterSign, Shown::nothing});
     }
     return true;
   }
@@ -218,7 +229,8 @@ class Scanner {
     scratch.reserve(at_ - begin);
     for (const Cut& cut : cuts_) {
       scratch.append(bytes_.substr(begin, cut.begin - begin));
-      if (cut.isCData) appendEscaped(cut, scratch);
+      if (cut.shown == Shown::escapedText) appendEscaped(cut, scratch);
+      if (cut.shown == Shown::emptyKey) scratch.append("<key></key>");
       begin = cut.end;
     }
     scratch.append(bytes_.substr(begin, at_ - begin));

@@ -11,6 +11,7 @@
 #include <set>
 
 #include "base/text_format.h"
+#include "base/utf8.h"
 #include "serving/listen_address.h"
 
 namespace pallimo::app {
@@ -62,10 +63,15 @@ struct OptionRule {
   Setter set;
 };
 
-/// One line fit for a terminal, whatever the argument holds.
-std::string quoted(std::string text) {
-  for (char& letter : text) {
-    if (static_cast<unsigned char>(letter) < 0x20 || letter == 0x7f) letter = '?';
+/// One line fit for a terminal, whatever the argument holds: UTF-8 without control characters,
+/// those of ISO 8859 (U+0080 to U+009F), which some terminals follow, included.
+std::string quoted(std::string_view argument) {
+  std::string text;
+  for (const char letter : base::repairedUtf8(argument)) {
+    const auto byte = static_cast<unsigned char>(letter);
+    const bool endsOne = byte >= 0x80 && byte < 0xA0 && text.ends_with('\xC2');
+    if (endsOne) text.pop_back();
+    text += endsOne || byte < 0x20 || byte == 0x7F ? '?' : letter;
   }
   return "\"" + text + "\"";
 }

@@ -36,7 +36,7 @@ TEST(BinaryGuard, LetsEveryKindOfObjectPass) {
   EXPECT_TRUE(isHarmlessObject("\x08"));
   EXPECT_TRUE(isHarmlessObject("\x09"));
   for (unsigned power = 0; power <= 4; ++power) {
-    EXPECT_TRUE(isHarmlessObject(static_cast<char>(0x10 + power) + std::string(1U << power, 1)));
+    EXPECT_TRUE(isHarmlessObject(static_cast<char>(0x10 + power) + std::string(1U << power, '\0')));
   }
   EXPECT_TRUE(isHarmlessObject("\x22" + std::string(4, 1)));
   EXPECT_TRUE(isHarmlessObject("\x23" + std::string(8, 1)));
@@ -47,6 +47,12 @@ TEST(BinaryGuard, LetsEveryKindOfObjectPass) {
   EXPECT_TRUE(isHarmlessObject("\x80\x03"));
   EXPECT_TRUE(isHarmlessObject("\xA0"));
   EXPECT_TRUE(isHarmlessObject("\xD0"));
+}
+
+TEST(BinaryGuard, LetsAnIntegerOfSixteenBytesPassIfItFitsEight) {
+  EXPECT_TRUE(isHarmlessObject("\x14" + std::string(8, '\0') + std::string(8, '\xFF')));
+  EXPECT_FALSE(isHarmlessObject("\x14" + std::string(7, '\0') + std::string(9, '\x01')));
+  EXPECT_FALSE(isHarmlessObject("\x14" + std::string(16, '\xFF')));
 }
 
 TEST(BinaryGuard, RefusesObjectsThatNoPropertyListHas) {

@@ -125,6 +125,12 @@ TEST_P(LibplistReaderTest, ReadsKeysWithEntitiesAndWithoutLetters) {
       PropertyList(PropertyListDictionary{{"a&b", PropertyList(true)}, {"", PropertyList(false)}}));
 }
 
+TEST_P(LibplistReaderTest, ReadsAnEmptyKeyInOneTag) {
+  EXPECT_EQ(
+      readElement("<dict><key/><true/><key>a</key><false/></dict>"),
+      PropertyList(PropertyListDictionary{{"", PropertyList(true)}, {"a", PropertyList(false)}}));
+}
+
 TEST_P(LibplistReaderTest, ReadsTextsAroundCommentsAndCDATA) {
   EXPECT_EQ(readElement("<string>a<!-- <b> -->c<![CDATA[<d> &amp;]]>e</string>"),
             text("ac<d> &amp;e"));
@@ -410,6 +416,23 @@ TEST_P(LibplistReaderTest, ReadsTheDeepestDocumentOnASmallStack) {
   });
 }
 
+// libplist would need seconds for the first and much more for the last.
+TEST_P(LibplistReaderTest, RefusesLongTextsOfEntitiesInEveryPartOfADocument) {
+  const std::string many = repeated("&amp;", 200'000);
+  EXPECT_EQ(readElement("<string>" + many + "</string>"), std::nullopt);
+  EXPECT_EQ(readElement("<dict><key>" + many + "</key><true/></dict>"), std::nullopt);
+  EXPECT_EQ(readElement("<string><![CDATA[" + repeated("&", 200'000) + "]]></string>"),
+            std::nullopt);
+  EXPECT_EQ(readElement("<string>" + repeated("&#65;", 3'000'000) + "</string>"), std::nullopt);
+}
+
+TEST_P(LibplistReaderTest, ReadsTextsWithAGoodManyEntities) {
+  EXPECT_EQ(readElement("<string>" + repeated("&amp;", 5'000) + "</string>"),
+            text(repeated("&", 5'000)));
+  EXPECT_EQ(readElement("<string>&lt;" + std::string(1'000'000, 'x') + "&gt;</string>"),
+            text("<" + std::string(1'000'000, 'x') + ">"));
+}
+
 // Binary documents
 
 TEST_P(LibplistReaderTest, ReadsEveryKindOfABinaryDocument) {
@@ -433,6 +456,13 @@ TEST_P(LibplistReaderTest, KeepsAllBitsOfBinaryIntegers) {
             integer(INT64_MIN));
   EXPECT_EQ(read(BinaryDocument{{"\x14" + bigEndian(UINT64_MAX, 16)}}), PropertyList(UINT64_MAX));
   EXPECT_EQ(read(BinaryDocument{{"\x10\xFF"}}), integer(255));
+}
+
+TEST_P(LibplistReaderTest, RefusesABinaryIntegerBeyond64Bits) {
+  EXPECT_EQ(read(BinaryDocument{{"\x14" + bigEndian(1, 8) + bigEndian(5, 8)}}), std::nullopt);
+  EXPECT_EQ(read(BinaryDocument{{"\x14" + bigEndian(UINT64_MAX, 8) + bigEndian(UINT64_MAX, 8)}}),
+            std::nullopt);
+  EXPECT_EQ(read(BinaryDocument{{"\x14" + bigEndian(0, 8)}}), std::nullopt);
 }
 
 TEST_P(LibplistReaderTest, ReadsAnArchiversReferenceAsItsXMLForm) {
@@ -500,9 +530,11 @@ TEST_P(LibplistReaderTest, APartOfAKeyIsNotThatKey) {
 }
 
 TEST_P(LibplistReaderTest, WhatIsLeftOutIsCheckedAllTheSame) {
-  for (const std::string broken :
-       {"<key>x</key><array><integer>2.5</integer></array>", "<key>x</key>", "<key>x</key><bogus/>",
-        "<key>x</key><string>&bogus;</string>", "<true/>", "<key>x</key><data>!</data>"}) {
+  for (const std::string& broken : std::vector<std::string>{
+           "<key>x</key><array><integer>2.5</integer></array>", "<key>x</key>",
+           "<key>x</key><bogus/>", "<key>x</key><string>&bogus;</string>", "<true/>",
+           "<key>x</key><data>!</data>", "<key>x</key><string>&amp;</string>",
+           "<key>x</key><string>" + repeated("&amp;", 20'000) + "</string>"}) {
     const std::string element = "<dict><key>a</key><true/>" + broken + "</dict>";
     EXPECT_EQ(readOnly(document(element), {{"a"}}).has_value(), readElement(element).has_value())
         << broken;

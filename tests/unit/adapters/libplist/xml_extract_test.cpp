@@ -87,6 +87,12 @@ TEST(XMLExtract, TurnsCDATAIntoEscapedText) {
   EXPECT_EQ(extracted("<string><![CDATA[]]></string>"), "<string></string>");
 }
 
+TEST(XMLExtract, MakesTwoTagsOfAKeyInOne) {
+  EXPECT_EQ(extracted("<dict><key/><true/></dict>"), "<dict><key></key><true/></dict>");
+  EXPECT_EQ(extracted("<dict><key /><true/><key a=\"b\"/><string/></dict>"),
+            "<dict><key></key><true/><key></key><string/></dict>");
+}
+
 TEST(XMLExtract, RefusesCDATAOutsideAText) {
   EXPECT_EQ(extracted("<array><![CDATA[<true/>]]></array>"), kRefused);
   EXPECT_EQ(extracted("<![CDATA[<true/>]]>"), kRefused);
@@ -159,6 +165,23 @@ TEST(XMLExtract, LetsAttributesAndSpacesInTagsPass) {
         "<array\n>\n</array\t>", "<dict a=\"1\" b='2'/>"}) {
     EXPECT_EQ(extracted(document), document);
   }
+}
+
+TEST(XMLExtract, RefusesATextOfEntitiesAloneWhereTheyAreTooMany) {
+  EXPECT_NE(extracted("<string>" + repeated("&amp;", 5'000) + "</string>"), kRefused);
+  EXPECT_EQ(extracted("<string>" + repeated("&amp;", 20'000) + "</string>"), kRefused);
+}
+
+TEST(XMLExtract, CountsTheEntitiesThatCDATABecomes) {
+  EXPECT_NE(extracted("<string><![CDATA[" + repeated("&", 5'000) + "]]></string>"), kRefused);
+  EXPECT_EQ(extracted("<string><![CDATA[" + repeated("&", 20'000) + "]]></string>"), kRefused);
+  EXPECT_EQ(extracted("<string><![CDATA[" + repeated("<", 20'000) + "]]></string>"), kRefused);
+}
+
+TEST(XMLExtract, CountsNoEntitiesWhereThereAreNone) {
+  EXPECT_EQ(extracted("<array><!--" + repeated("&amp;", 20'000) + "--></array>"),
+            "<array></array>");
+  EXPECT_EQ(extracted("<dict/>" + repeated("&amp;", 20'000)), "<dict/>");
 }
 
 TEST(XMLExtract, LetsNineHundredNinetyNineLevelsPassAndRefusesOneMore) {

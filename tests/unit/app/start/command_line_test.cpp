@@ -178,6 +178,17 @@ TEST(CommandLine, AComplaintIsOneLineWhateverTheArgument) {
   EXPECT_EQ(complaint({"--a\nb\x1b[31m"}), "unknown option \"--a?b?[31m\"");
 }
 
+TEST(CommandLine, NoByteOfAComplaintIsFollowedByATerminal) {
+  EXPECT_EQ(complaint({"--a\xC2\x9B"
+                       "31m\xC2\x85"}),
+            "unknown option \"--a?31m?\"");
+  EXPECT_EQ(complaint({"--a\x9B"
+                       "31m"}),
+            "unknown option \"--a\xEF\xBF\xBD"
+            "31m\"");
+  EXPECT_EQ(complaint({"--\xC2\xA0\xC3\x9B"}), "unknown option \"--\xC2\xA0\xC3\x9B\"");
+}
+
 TEST(CommandLine, FiguresAreServedWithAWindowAndWithout) {
   const ports::ListenAddress address = {"127.0.0.1", 9123};
   EXPECT_EQ(parsed({}).serve, std::nullopt);
