@@ -6,8 +6,13 @@ include_guard(GLOBAL)
 # Where the app's bundle holds the helper. The bundle is the folder that the app lies in.
 set(PALLIMO_HELPER_FOLDER "${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/Contents/Library/LaunchServices")
 
-# pallimo_helper_program(TARGET VERSION FOLDER)   a helper of that version, put into that folder
+# pallimo_helper_program(TARGET VERSION FOLDER [TOOL])   a helper of that version, put into that
+# folder, which runs the stand-in or the program at the path TOOL
 function(pallimo_helper_program target version folder)
+  set(tool "$<TARGET_FILE:powermetrics>")
+  if(ARGC GREATER 3)
+    set(tool "${ARGV3}")
+  endif()
   file(GLOB platform CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/helper/linux/*.cpp")
   add_executable(${target} "${PROJECT_SOURCE_DIR}/helper/main.cpp" ${platform})
   set_target_properties(${target} PROPERTIES OUTPUT_NAME com.ostrovane.powermetrics
@@ -16,7 +21,7 @@ function(pallimo_helper_program target version folder)
   # A fixed absolute path, as on a Mac; whoever can change the build can change the helper.
   target_compile_definitions(
     ${target} PRIVATE PALLIMO_VERSION="${version}"
-                      PALLIMO_POWERMETRICS="$<TARGET_FILE:powermetrics>")
+                      PALLIMO_POWERMETRICS="${tool}")
   add_dependencies(${target} powermetrics)
 endfunction()
 

@@ -120,7 +120,10 @@ void SGPowerMetrics::requestSample() {
 }
 
 void SGPowerMetrics::handleResult(std::optional<base::Bytes> bytes) {
-  if (!bytes) return;
+  if (!bytes) {
+    ++emptyResults_;
+    return;
+  }
   auto sample = std::make_shared<const base::PropertyList>(parseSample(services_.reader, *bytes));
   {
     base::MutexLock lock(mutex_);

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <atomic>
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string_view>
@@ -70,6 +71,8 @@ class SGPowerMetrics final : public helper_link::PowerMetricsModelDelegate,
   double msSampling() const override { return msSampling_; }
   /// Whether it samples: the last start, stop or stopTimer() that ran was a start.
   bool isAuthorized() const { return isAuthorized_; }
+  /// How many results have come without bytes: runs that gave the helper nothing. Any thread.
+  std::uint64_t emptyResults() const { return emptyResults_; }
 
   /// Queues the start or the stop on the main queue. A start is not even queued while the timer
   /// stands; a stop always is.
@@ -118,6 +121,7 @@ class SGPowerMetrics final : public helper_link::PowerMetricsModelDelegate,
   std::atomic<bool> includeGPU_ = false;
   std::atomic<double> msSampling_ = 500;
   std::atomic<bool> isAuthorized_ = false;
+  std::atomic<std::uint64_t> emptyResults_ = 0;
 
   // Owned by the main thread; hasTimer_ tells other threads whether it is there.
   std::unique_ptr<ports::RepeatingTimer> timer_;

@@ -58,6 +58,10 @@ class AppTest : public testing::Test {
   void installOlderHelper(const std::string& state = "state") const {
     install(PALLIMO_BIN_DIR "/../tests/older/com.ostrovane.powermetrics", state);
   }
+  /// Installs a helper of the app's own version whose powermetrics is gone.
+  void installStrandedHelper(const std::string& state = "state") const {
+    install(PALLIMO_BIN_DIR "/../tests/stranded/com.ostrovane.powermetrics", state);
+  }
   /// What goes wrong in the next run: the members of an object, as JSON. The app keeps them.
   void planFaults(const std::string& members, const std::string& state = "state") const {
     makeStateFolder(state);

@@ -186,6 +186,23 @@ TEST_F(Failures, ARefusedUpdateIsStatus5AndLeavesNoHelper) {
   EXPECT_FALSE(fs::exists(helperPath()));  // the old one's last act, after the app's end perhaps
 }
 
+TEST_F(Failures, AHelperWhoseToolIsGoneIsStatus7AlsoWithTheButton) {
+  installStrandedHelper("without");
+  installStrandedHelper("with");
+  const std::string before = textOf(helperPath("with"));
+  const auto without = startHeadless(samples(3), "without");
+  const auto with = startHeadless(pressing(samples(3)), "with");
+  for (AppProcess* app : {without.get(), with.get()}) {
+    expectEnd(*app, 7,
+              "the helper answers, but its powermetrics gives no samples; the system log may say "
+              "why, and the window's menu can uninstall the helper");
+    EXPECT_EQ(presses(*app), 0u);
+  }
+  EXPECT_EQ(textOf(helperPath("with")), before);  // its version is right
+  expectNothingLeft("without");
+  expectNothingLeft("with");
+}
+
 TEST_F(Failures, AHelperThatDiesOnARequestIsStatus6) {
   installHelper();
   planFaults(R"("helperDiesOnRequest": 4)");

@@ -8,7 +8,25 @@
 namespace pallimo::scenarios {
 namespace {
 
-using HeadlessEnd = WholeProgram;
+class HeadlessEnd : public WholeProgram {
+ protected:
+  /// The helper answers every question and gives nothing else.
+  void respondFor(int seconds) {
+    for (int second = 0; second < seconds; ++second) {
+      queue().advance(1s);
+      while (helper().replyIsResponding(true)) {
+      }
+      queue().run();
+    }
+  }
+  /// It answers every request with nothing.
+  void runsFailFor(int seconds) {
+    for (int second = 0; second < seconds; ++second) {
+      helper().sendResult(std::nullopt);
+      respondFor(1);
+    }
+  }
+};
 
 TEST_F(HeadlessEnd, WithoutACountTheRunGoesOn) {
   startWithUsableHelper();
@@ -210,13 +228,98 @@ TEST_F(HeadlessEnd, ASilentHelperIsAskedEverySecondFromTheSecondOn) {
 }
 
 TEST_F(HeadlessEnd, AHelperThatRespondsIsNotSilentHoweverLongItsRunsTake) {
+  platform_.defaults.setDouble("samplingResolution", 60'000);
   startWithUsableHelper();
-  for (int second = 0; second < 60; ++second) {
-    queue().advance(1s);
-    helper().replyIsResponding(true);
-    if (second % 10 == 0) helper().sendResult(std::nullopt);
+  respondFor(60);
+  EXPECT_EQ(ending(), "running");
+  sampleFor(60);
+  EXPECT_EQ(ending(), "running");
+}
+
+TEST_F(HeadlessEnd, AHelperWhoseToolIsGoneIsStatus7AtTheFifthLook) {
+  startWithUsableHelper();
+  runsFailFor(4);
+  EXPECT_EQ(ending(), "running");
+  runsFailFor(1);
+  EXPECT_EQ(ending(), kNoSamples);
+  EXPECT_EQ(output_.takeLines(), Lines{});
+}
+
+TEST_F(HeadlessEnd, AHelperWhoseToolIsGoneIsStatus7AlsoWithTheButtonAndIsNotReplaced) {
+  settings_.installHelper = true;
+  startWithUsableHelper();
+  runsFailFor(5);
+  EXPECT_EQ(ending(), kNoSamples);
+  EXPECT_EQ(installations(), 0u);
+}
+
+TEST_F(HeadlessEnd, AHelperThatWasInstalledWithoutItsToolIsStatus7) {
+  settings_.installHelper = true;
+  start();
+  helper().fireInvalidation();
+  queue().advance(1s);
+  ASSERT_EQ(installations(), 1u);
+  probeIsAnswered();
+  runsFailFor(5);
+  EXPECT_EQ(ending(), kNoSamples);
+}
+
+TEST_F(HeadlessEnd, AToolThatIsLostInMidRunIsStatus7) {
+  startWithUsableHelper();
+  sampleFor(10);
+  runsFailFor(4);
+  EXPECT_EQ(ending(), "running");
+  runsFailFor(1);
+  EXPECT_EQ(ending(), kNoSamples);
+}
+
+TEST_F(HeadlessEnd, ASampleBeginsTheCountOfFailedRunsAnew) {
+  startWithUsableHelper();
+  for (int round = 0; round < 20; ++round) {
+    runsFailFor(4);
+    sampleFor(1);
   }
   EXPECT_EQ(ending(), "running");
+}
+
+TEST_F(HeadlessEnd, ManyFailedRunsAtOnceAreOneLook) {
+  startWithUsableHelper();
+  for (int run = 0; run < 64; ++run) helper().sendResult(std::nullopt);
+  queue().advance(1s);
+  runsFailFor(3);
+  EXPECT_EQ(ending(), "running");
+}
+
+TEST_F(HeadlessEnd, TheLimitOfFailedRunsIsRealTimeInAFasterRun) {
+  settings_.speed = 20;
+  startWithUsableHelper();
+  runsFailFor(99);
+  EXPECT_EQ(ending(), "running");
+  runsFailFor(1);
+  EXPECT_EQ(ending(), kNoSamples);
+}
+
+TEST_F(HeadlessEnd, AHelperThatRespondsAndOwesEveryResultIsStatus7AfterThePeriodAndHalfAMinute) {
+  platform_.defaults.setDouble("samplingResolution", 10'000);
+  startWithUsableHelper();
+  respondFor(45);
+  EXPECT_EQ(ending(), "running");
+  respondFor(1);
+  EXPECT_EQ(ending(), kNoSamples);
+}
+
+TEST_F(HeadlessEnd, TheLongestPeriodThatWasAskedForCountsForResultsThatAreOwed) {
+  platform_.defaults.setDouble("samplingResolution", 10'000);
+  startWithUsableHelper();
+  respondFor(1);
+  platform_.defaults.setDouble("samplingResolution", 100);
+  respondFor(44);
+  EXPECT_EQ(ending(), "running");
+  helperSends();
+  respondFor(35);
+  EXPECT_EQ(ending(), "running");
+  respondFor(1);
+  EXPECT_EQ(ending(), kNoSamples);
 }
 
 TEST_F(HeadlessEnd, AHelperThatAnswersNoWhileSamplingIsStatus3) {

@@ -32,6 +32,10 @@ inline const std::string kStillNotUsable =
 inline const std::string kSilent =
     "3: the helper fell silent while sampling; start again with --install-helper to replace it";
 
+inline const std::string kNoSamples =
+    "7: the helper answers, but its powermetrics gives no samples; the system log may say why, and "
+    "the window's menu can uninstall the helper";
+
 /// The whole program without Qt and without a helper: the test is the helper, the user and the
 /// clock. Times are those of a queue that runs at the speed of the settings.
 class WholeProgram : public testing::Test {

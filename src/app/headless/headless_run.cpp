@@ -3,6 +3,7 @@
 
 #include "app/headless/headless_run.h"
 
+#include <algorithm>
 #include <cmath>
 #include <optional>
 #include <utility>
@@ -15,6 +16,9 @@ namespace {
 
 // A busy helper's samples come once a second, but not to the millisecond.
 constexpr int kLooksBeforeAsking = 2;
+
+// The helper ends a run that takes so much longer than its sampling period.
+constexpr double kLongestDelayOfARun = 30;
 
 }  // namespace
 
@@ -102,6 +106,7 @@ void HeadlessRun::watchContent() {
 void HeadlessRun::print(const HeadlessSample& sample) {
   if (hasEnded_) return;
   silentLooks_ = 0;
+  beginWatch();
   switch (services_.output.write(format_->format(sample))) {
     case ports::StandardOutput::State::open:
       break;
@@ -122,7 +127,10 @@ void HeadlessRun::contentChanged() {
     return end(run_status::kNotUsable, run_message::kWrongProcessor);
   }
   if (isLive_) isWaiting_ = false;
-  if (isLive_ && !wasLive) silentLooks_ = 0;
+  if (isLive_ && !wasLive) {
+    silentLooks_ = 0;
+    beginWatch();
+  }
   if (isLive_ || settings_.installHelper) return;
   if (wasLive) return end(run_status::kLost, run_message::kLost);
   if (shown == ui::MainContent::update) end(run_status::kOutOfDate, run_message::kOutOfDate);
@@ -148,6 +156,23 @@ void HeadlessRun::watchForSilence() {
   // The last sign of life came between two looks: the fifth look may be four seconds away from it.
   if (++silentLooks_ > kWaitingLimit) return end(run_status::kNotUsable, run_message::kSilent);
   if (silentLooks_ >= kLooksBeforeAsking) askForSignOfLife();
+  watchForSamples();
+}
+
+void HeadlessRun::beginWatch() {
+  emptyLooks_ = looksForSample_ = 0;
+  longestPeriod_ = 0;
+  emptyResults_ = services_.general.modelPowerMetrics()->emptyResults();
+}
+
+void HeadlessRun::watchForSamples() {
+  const sampling::SGPowerMetrics& engine = *services_.general.modelPowerMetrics();
+  const std::uint64_t known = std::exchange(emptyResults_, engine.emptyResults());
+  if (emptyResults_ != known) ++emptyLooks_;
+  longestPeriod_ = std::max(longestPeriod_, engine.msSampling());
+  const double patience = longestPeriod_ / 1000 + kLongestDelayOfARun + kWaitingLimit;
+  if (emptyLooks_ < kWaitingLimit && ++looksForSample_ <= patience) return;
+  end(run_status::kNoSamples, run_message::kNoSamples);
 }
 
 void HeadlessRun::askForSignOfLife() {

@@ -34,10 +34,15 @@ namespace pallimo::app {
 ///   again. Where the answer was lost with its connection (the new helper died, or an old one ended
 ///   late and took the question with it) the next look presses again, within the same five looks.
 /// - A usable helper that sends no sample for two seconds is asked whether it responds, every
-///   second. Samples and answers are signs of life: a long sampling period and runs without a
-///   document are no silence. Without any sign for five seconds the run ends between the fifth and
-///   the sixth (kSilent), with or without the button, for no screen shows one meanwhile. A helper
-///   that hangs for less loses nothing. The window, in contrast, waits for ever.
+///   second. Samples and answers are signs of life: a long sampling period is no silence. Without
+///   any sign for five seconds the run ends between the fifth and the sixth (kSilent), with or
+///   without the button, for no screen shows one meanwhile. A helper that hangs for less loses
+///   nothing. The window, in contrast, waits for ever.
+/// - A usable helper that answers and gives no sample ends the run, too (kNoSamples), with or
+/// without
+///   the button: a helper of the right version shows none. Five looks that found results without a
+///   document, and no sample between them, are too many, as when its powermetrics is gone; so is a
+///   longer wait for any result than the helper itself lets a run take, and five seconds more.
 ///
 /// The time in which the main thread is busy, as while the administrator types, counts for nothing:
 /// each look is timed from the end of the one before.
@@ -98,6 +103,8 @@ class HeadlessRun final : public std::enable_shared_from_this<HeadlessRun> {
   void act();
   void watchForSilence();
   void askForSignOfLife();
+  void watchForSamples();
+  void beginWatch();
   void waitForHelper();
   void press();
   void installationRan();
@@ -114,12 +121,16 @@ class HeadlessRun final : public std::enable_shared_from_this<HeadlessRun> {
   base::Subscription contentChange_;
   base::Subscription lostAnswers_;
   std::uint64_t printed_ = 0;
-  int silentLooks_ = 0;         ///< since the wait began, or the last sign of life
-  bool isLive_ = false;         ///< the helper was usable when last looked at
-  bool isWaiting_ = false;      ///< for a helper to become usable
-  bool isAnswerLost_ = false;   ///< what is waited for can't come any more
-  bool isUpdating_ = false;     ///< the update's installation is yet to run
-  bool isInterrupted_ = false;  ///< by the user, during the update
+  int silentLooks_ = 0;             ///< since the wait began, or the last sign of life
+  int emptyLooks_ = 0;              ///< since the last sample: those that found results without one
+  int looksForSample_ = 0;          ///< since the last sample, or the helper became usable
+  double longestPeriod_ = 0;        ///< ms, of those that were asked for meanwhile
+  std::uint64_t emptyResults_ = 0;  ///< that the last look found
+  bool isLive_ = false;             ///< the helper was usable when last looked at
+  bool isWaiting_ = false;          ///< for a helper to become usable
+  bool isAnswerLost_ = false;       ///< what is waited for can't come any more
+  bool isUpdating_ = false;         ///< the update's installation is yet to run
+  bool isInterrupted_ = false;      ///< by the user, during the update
   bool hasEnded_ = false;
 };
 

@@ -18,8 +18,9 @@ inline constexpr int kNotUsable = 3;
 inline constexpr int kOutOfDate = 4;
 inline constexpr int kRefused = 5;
 inline constexpr int kLost = 6;
+inline constexpr int kNoSamples = 7;
 inline constexpr std::array kAll = {kDone,      kOutputFailed, kWrongUse, kNotUsable,
-                                    kOutOfDate, kRefused,      kLost};
+                                    kOutOfDate, kRefused,      kLost,     kNoSamples};
 }  // namespace run_status
 
 /// How a run ended.
@@ -45,6 +46,9 @@ inline constexpr std::string_view kRefused =
     "why";
 inline constexpr std::string_view kSilent =
     "the helper fell silent while sampling; start again with --install-helper to replace it";
+inline constexpr std::string_view kNoSamples =
+    "the helper answers, but its powermetrics gives no samples; the system log may say why, and "
+    "the window's menu can uninstall the helper";
 inline constexpr std::string_view kLost =
     "the helper was lost while sampling; start again, or run with --install-helper to go on";
 }  // namespace run_message

@@ -35,6 +35,10 @@ TEST(UniformNumber, TheNumbersThatAreTooManyAreNotTaken) {
   EXPECT_EQ(numberFrom({0, kSurplus - 1, 50001 + 7}), 7u);
 }
 
+TEST(UniformNumber, ASourceThatGivesNoOtherNumbersComesToAnEnd) {
+  EXPECT_EQ(numberFrom({}), 100u);  // the hundredth of 1, 2, 3 and so on
+}
+
 TEST(UniformNumber, TheFirstBeyondThemIsTaken) { EXPECT_EQ(numberFrom({kSurplus, 1}), kSurplus); }
 
 TEST(UniformNumber, TheHighestEndsTheLastShare) {

@@ -119,6 +119,17 @@ TEST(SGPowerMetricsResults, AResultWithoutBytesTouchesNothing) {
   EXPECT_TRUE(f.steps.empty());
 }
 
+TEST(SGPowerMetricsResults, ResultsWithoutBytesAreCountedAndNoOthers) {
+  EngineFixture f;
+  f.create().handleResult(f.documentWithCPUEnergy(7));
+  f.engine->handleResult(base::Bytes{});
+  f.engine->handleResult(base::Bytes{1, 2, 3});
+  EXPECT_EQ(f.engine->emptyResults(), 0u);
+  f.engine->handleResult(std::nullopt);
+  f.engine->handleResult(std::nullopt);
+  EXPECT_EQ(f.engine->emptyResults(), 2u);
+}
+
 TEST(SGPowerMetricsResults, BytesThatAreNoDocumentEmptyTheSampleAndAreDistributed) {
   EngineFixture f;
   f.create().handleResult(f.documentWithCPUEnergy(7));

@@ -247,6 +247,7 @@ A run with --headless ends with one of these statuses:
   4  the helper is out of date
   5  the helper's installation was refused
   6  the helper was lost while sampling
+  7  the helper answers, but gives no samples
 )");
 }
 
