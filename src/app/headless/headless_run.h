@@ -39,10 +39,10 @@ namespace pallimo::app {
 ///   without the button, for no screen shows one meanwhile. A helper that hangs for less loses
 ///   nothing. The window, in contrast, waits for ever.
 /// - A usable helper that answers and gives no sample ends the run, too (kNoSamples), with or
-/// without
-///   the button: a helper of the right version shows none. Five looks that found results without a
-///   document, and no sample between them, are too many, as when its powermetrics is gone; so is a
-///   longer wait for any result than the helper itself lets a run take, and five seconds more.
+///   without the button: a helper of the right version shows none. Five looks that found results
+///   without a document, and no sample between them, are too many, as when its powermetrics is
+///   gone; so is a longer wait for any result than the helper itself lets a run take, and five
+///   seconds more.
 ///
 /// The time in which the main thread is busy, as while the administrator types, counts for nothing:
 /// each look is timed from the end of the one before.
