@@ -59,7 +59,6 @@ class FaultExpectation {
   OtherEffect other_;
 
   int seconds_ = 0;
-  int firstRow_ = 0;
   bool isServed_ = true;     ///< a helper is authorised
   bool isPressed_ = true;    ///< the button, since the helper was lost
   bool isConnected_ = true;  ///< a connection stands
