@@ -86,6 +86,16 @@ TEST_F(ServedMetricsTest, NamesTheMachineAndLeavesOutWhatItDoesNotTell) {
   EXPECT_FALSE(tells("pallimo_cores{kind=\"gpu\"}"));
 }
 
+TEST_F(ServedMetricsTest, NoCoresOfTheGpuAreANumberToo) {
+  platform_.programLauncher.setOutput(
+      "/usr/sbin/system_profiler -xml SPDisplaysDataType",
+      R"(<?xml version="1.0" encoding="UTF-8"?><plist version="1.0"><array><dict><key>_items</key>
+         <array><dict><key>sppci_cores</key><string>0</string></dict></array></dict></array>
+         </plist>)");
+  start();
+  EXPECT_TRUE(tells("pallimo_cores{kind=\"gpu\"} 0\n")) << scraped();
+}
+
 TEST_F(ServedMetricsTest, ServesEverySampleAtItsRow) {
   start();
   helperSends(SampleDocument());

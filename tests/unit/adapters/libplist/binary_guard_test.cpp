@@ -104,6 +104,7 @@ TEST(BinaryGuard, RefusesAnObjectThatReachesIntoTheTableOfOffsets) {
 TEST(BinaryGuard, RefusesLengthsThatAreMissingOrAbsurd) {
   EXPECT_FALSE(isHarmlessObject("\x5F"));
   EXPECT_FALSE(isHarmlessObject("\x5F\x12\x01"));
+  EXPECT_FALSE(isHarmlessObject("\x4F\x12"));  // the table's first offset would be its length, 8
   EXPECT_FALSE(isHarmlessObject("\x5F\x51x"));
   EXPECT_FALSE(isHarmlessObject("\x5F\x13" + bigEndian(UINT64_MAX, 8)));
   EXPECT_FALSE(isHarmlessObject("\xAF\x13" + bigEndian(UINT64_MAX / 4 + 1, 8)));
