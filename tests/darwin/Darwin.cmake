@@ -19,20 +19,20 @@ target_link_libraries(darwin_c_api_tests PUBLIC darwin_fakes GTest::gtest_main p
                                                 pallimo_src_modules pallimo_src_helper_link)
 target_compile_definitions(darwin_c_api_tests
                            PRIVATE PALLIMO_EXECUTE_LIBRARY="$<TARGET_FILE:darwin_execution>")
-target_precompile_headers(darwin_c_api_tests PRIVATE <gtest/gtest.h> <functional> <memory> <string>
-                                                     <vector>)
+target_precompile_headers(darwin_c_api_tests REUSE_FROM pallimo_test_headers)
 add_executable(darwin_c_api)
 set_target_properties(darwin_c_api PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/tests")
 target_link_libraries(darwin_c_api PRIVATE darwin_c_api_tests $<TARGET_OBJECTS:darwin_fakes> ${CMAKE_DL_LIBS})
 add_dependencies(darwin_c_api darwin_execution)
-gtest_discover_tests(darwin_c_api DISCOVERY_TIMEOUT 60)
+pallimo_tests_of(darwin_c_api)
 
 add_executable(darwin_scenarios darwin/scenarios/recordings_test.cpp $<TARGET_OBJECTS:darwin_fakes>)
 set_target_properties(darwin_scenarios PROPERTIES RUNTIME_OUTPUT_DIRECTORY
                                                   "${PROJECT_BINARY_DIR}/tests")
 target_link_libraries(darwin_scenarios PRIVATE pallimo_test_options GTest::gtest_main
                                                pallimo_src_adapters_macos pallimo_src_app)
-gtest_discover_tests(darwin_scenarios DISCOVERY_TIMEOUT 60)
+target_precompile_headers(darwin_scenarios REUSE_FROM pallimo_test_headers)
+pallimo_tests_of(darwin_scenarios)
 
 # Mistakes on purpose: a copy of an adapter with one text replaced by another, under the same tests.
 # They must fail, and say this. The copy's object stands before the library's, which is then not
@@ -60,7 +60,7 @@ function(darwin_mistake name file from to complaint)
                                                          TIMEOUT 120)
 endfunction()
 
-if(NOT CMAKE_CXX_FLAGS MATCHES "-fsanitize")
+if(NOT PALLIMO_SANITIZER)
   darwin_mistake(leaked_reference kernel_figures.cpp "const CFRef owned(dictionary)"
                  "struct { CFTypeRef kept; CFTypeRef get() const { return kept; } } const owned{dictionary}"
                  "mac.held.*vendor-id")
@@ -116,7 +116,8 @@ target_include_directories(darwin_helper SYSTEM
                            PRIVATE "${CMAKE_CURRENT_SOURCE_DIR}/darwin/include")
 target_link_libraries(darwin_helper PRIVATE pallimo_test_options GTest::gtest_main
                                             pallimo_src_adapters_common ${CMAKE_DL_LIBS})
-gtest_discover_tests(darwin_helper TEST_PREFIX Mac. PROPERTIES TIMEOUT 300 DISCOVERY_TIMEOUT 60)
+target_precompile_headers(darwin_helper REUSE_FROM pallimo_test_headers)
+pallimo_tests_of(darwin_helper PREFIX Mac. PROPERTIES TIMEOUT 300)
 
 # The Mac's part of the app, which joins these adapters with Qt: compiled with both and never linked,
 # so that what changes around it does not break it unseen.

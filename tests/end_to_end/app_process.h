@@ -151,6 +151,19 @@ class AppProcess {
 
   void send(int signal) const { kill(number_, signal); }
 
+  /// What it is doing at the moment, for somebody who wonders why it does not do something else:
+  /// the state of each of its threads and where in the kernel it waits, and what it complained of.
+  std::string account() const {
+    std::string text = "process " + std::to_string(number_) + ":\n";
+    std::error_code gone;
+    for (const auto& thread :
+         std::filesystem::directory_iterator("/proc/" + std::to_string(number_) + "/task", gone)) {
+      const std::string stat = textOf(thread.path() / "stat");
+      text += stat.substr(0, stat.find(')') + 3) + " " + textOf(thread.path() / "wchan") + "\n";
+    }
+    return text + textOf(errorFile_);
+  }
+
   /// The next line of standard output; nothing at its end, or when none comes in time.
   std::optional<std::string> readLine() {
     for (std::size_t end = 0; (end = unread_.find('\n')) == std::string::npos;) {

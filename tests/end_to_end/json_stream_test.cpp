@@ -11,7 +11,7 @@
 #include <nlohmann/json.hpp>
 
 #include "end_to_end/app_fixture.h"
-#include "scenarios/stream_schema.h"
+#include "json_stream/stream_schema.h"
 
 namespace pallimo::end_to_end {
 namespace {
@@ -22,7 +22,7 @@ TEST_F(JsonStream, EachLineIsReadWhileTheRunGoesOn) {
   // Ten lines would not fill a buffer: each comes through the pipe by itself, and the app is still
   // there afterwards.
   const auto app = startHeadless({"--format", "json", "--speed", "20"});
-  scenarios::StreamSchema schema;
+  json_stream::StreamSchema schema;
   for (int line = 0; line < 10; ++line) {
     const auto text = app->readLine();
     ASSERT_TRUE(text.has_value());
@@ -73,7 +73,7 @@ TEST_F(JsonStream, CarriesEveryClusterOfTheDocument) {
   const auto line = app->readLine();
   ASSERT_TRUE(line.has_value());
   EXPECT_NE(line->find(R"("name":"M-Cluster")"), std::string::npos) << *line;
-  EXPECT_EQ(scenarios::StreamSchema().complaintAbout(*line), "");
+  EXPECT_EQ(json_stream::StreamSchema().complaintAbout(*line), "");
   EXPECT_EQ(app->exitStatus(), 0);
 }
 

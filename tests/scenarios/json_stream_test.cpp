@@ -18,8 +18,8 @@
 #include "adapters/simulated/recordings/recording_reader.h"
 #include "adapters/simulated/simulation_file.h"
 #include "app/headless/headless_format.h"
+#include "json_stream/stream_schema.h"
 #include "scenarios/recorded_mac.h"
-#include "scenarios/stream_schema.h"
 #include "scenarios/whole_program.h"
 #include "unit/logging/page.h"
 
@@ -28,6 +28,7 @@ namespace {
 
 namespace fs = std::filesystem;
 using adapters::simulated::Simulation;
+using json_stream::StreamSchema;
 using nlohmann::ordered_json;
 using Lines = std::vector<std::string>;
 

@@ -33,7 +33,9 @@ class AppOnScreen : public AppTest {
         start(arguments, {"QT_QPA_PLATFORM=xcb", "DISPLAY=" + screen_.display(),
                           "HOME=" + root_.string(), "XDG_RUNTIME_DIR=" + (root_ / "run").string(),
                           "DBUS_SESSION_BUS_ADDRESS=disabled:"});
-    ASSERT_TRUE(soon([this] { return screen_.window("Pallimo").has_value(); }));
+    ASSERT_TRUE(soon([this] { return screen_.window("Pallimo").has_value(); }))
+        << app_->account() << "on the screen " << screen_.display() << ":\n"
+        << screen_.ask("search --name .");
     screen_.giveKeyboardTo(window());
   }
   /// The program ends by itself, without a fault and without a complaint.
