@@ -42,15 +42,7 @@ using adapters::linux::StateFolder;
 inline constexpr double kHour = 3'600'000;  // milliseconds
 
 // A sanitizer takes its time, and keeps what was freed for a while.
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-inline constexpr bool kIsSanitized = true;
-#elif !defined(__has_feature)
-inline constexpr bool kIsSanitized = false;
-#elif __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
-inline constexpr bool kIsSanitized = true;
-#else
-inline constexpr bool kIsSanitized = false;
-#endif
+inline constexpr bool kIsSanitized = PALLIMO_IS_SANITIZED;
 
 /// What the build embeds into the app.
 inline constexpr const char* kEmbeddedHelper =

@@ -47,6 +47,11 @@ TEST(PrivateTexts, HideShortWordsOnlyWhereTheyStandAlone) {
             "??bob");
 }
 
+TEST(PrivateTexts, HideNamesOfTwoLettersButNoSingleLetter) {
+  EXPECT_EQ(shown("of Jo.", {"jo"}), "of (hidden).");
+  EXPECT_EQ(shown("plan b", {"b"}), "plan b");
+}
+
 TEST(PrivateTexts, DigitsAnEscapeAndAGenitiveEndAWord) {
   EXPECT_EQ(shown("Bobs MacBook", {"bob"}), "(hidden)s MacBook");
   EXPECT_EQ(shown("bob2", {"bob"}), "(hidden)2");
