@@ -69,7 +69,8 @@ start_screen() {
   local size=$1
   shift
   rm -f "$session/display"
-  Xvfb -displayfd 7 -screen 0 "${size}x24" -nolisten tcp "$@" 7>"$session/display" \
+  # Without a reset: it would send away whoever connects while its last client leaves.
+  Xvfb -displayfd 7 -screen 0 "${size}x24" -nolisten tcp -noreset "$@" 7>"$session/display" \
     2>"$session/xvfb.log" &
   keep $!
   until [ -s "$session/display" ]; do

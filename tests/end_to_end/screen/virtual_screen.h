@@ -79,10 +79,12 @@ class VirtualScreen {
       const int nowhere = open("/dev/null", O_WRONLY);
       dup2(nowhere, STDOUT_FILENO);
       dup2(nowhere, STDERR_FILENO);
-      // It picks the number of its display itself, and says it when it is ready.
+      // It picks the number of its display itself, and says it when it is ready. Without a reset:
+      // when its last client leaves, as each look of the test's does, it would otherwise begin
+      // anew, and send away whoever connects meanwhile.
       const std::string says = std::to_string(ends[1]);
       execlp("Xvfb", "Xvfb", "-displayfd", says.c_str(), "-screen", "0", "800x700x24", "-fbdir",
-             folder_.c_str(), "-nolisten", "tcp", nullptr);
+             folder_.c_str(), "-nolisten", "tcp", "-noreset", nullptr);
       _exit(127);
     }
     close(ends[1]);

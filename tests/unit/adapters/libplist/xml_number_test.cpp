@@ -102,8 +102,8 @@ TEST(XmlNumber, ADocumentOfMoreThanAMillionElementsIsRefused) {
     for (std::size_t index = 0; index < count; ++index) document += "<true/>";
     return document + "</array>";
   };
-  // The <plist> and the <array> count too. What is refused never reaches libplist, whose array grows
-  // step by step: under a sanitizer, where each step copies it, that takes half a minute.
+  // The <plist> and the <array> count too. What is refused never reaches libplist, whose array
+  // grows step by step: under a sanitizer, where each step copies it, that takes half a minute.
   if (!PALLIMO_IS_SANITIZED) {
     EXPECT_TRUE(readElement(arrayOf(999'998)));
   }
