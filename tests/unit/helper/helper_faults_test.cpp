@@ -9,7 +9,6 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <optional>
 #include <string>
 #include <vector>
 
